@@ -1,0 +1,151 @@
+// SceneStream: the word stream that every persistent thing is written to and read from.
+//
+// The text is a sequence of tokens divided by white space (blank, tab, LF, CR). Lines mean nothing
+// to the reader, but for comments: a token position that starts with '#' skips to the next CR or
+// LF. A token in double quotes may hold blanks and line ends; backslash and quote together stand
+// for a quote, other backslashes are ordinary bytes. Blocks are "begin Class" ... "end Class"; the
+// input ends with its bytes or at the token "**EndOfStream**".
+//
+// Reading: the command stack names the object that receives the next command. `begin` handlers
+// push, `end` pops, so nested blocks need no recursion. Unknown tokens are skipped with a warning,
+// up to 99 in a row. Writing: one line per key, indented by one blank per object on the stack.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "scene/Persistent.h"
+#include "toolkit/Result.h"
+#include "toolkit/math/Vec.h"
+
+namespace orvin {
+
+inline constexpr std::size_t kLineCapacity = 4096;  // longest line, and longest token kept
+inline constexpr std::size_t kNameCapacity = 256;   // names and keys, with their NUL
+inline constexpr int kUnknownTokenLimit = 100;      // this many unknown tokens in a row fail
+inline constexpr std::string_view kEndOfStream = "**EndOfStream**";
+
+/// One line under construction, in a buffer that never grows: nothing is allocated per line.
+/// What doesn't fit is dropped and remembered; SceneStream::putLine then fails.
+class LineBuffer {
+  public:
+    LineBuffer& clear();
+    LineBuffer& text(std::string_view bytes);
+    LineBuffer& character(char c);
+    LineBuffer& number(double value);            // six decimals, as "%f"
+    LineBuffer& whole(long long value);          // as "%d"
+    LineBuffer& quoted(std::string_view bytes);  // in quotes, each inner quote with a backslash
+    LineBuffer& hex(std::span<const std::uint8_t> bytes);  // lowercase digits
+
+    std::string_view view() const { return {bytes_.data(), size_}; }
+    bool overflowed() const { return overflowed_; }
+
+  private:
+    std::array<char, kLineCapacity> bytes_;
+    std::size_t size_ = 0;
+    bool overflowed_ = false;
+};
+
+/// Escapes a name for a quoted token: each double quote gains a backslash. The copy ends before
+/// position 255.
+std::string quoteEscape(std::string_view text);
+
+class SceneStream {
+  public:
+    /// Pushes `root` as the bottom of the command stack (null leaves the stack empty).
+    explicit SceneStream(Persistent* root);
+    virtual ~SceneStream() = default;
+    SceneStream(const SceneStream&) = delete;
+    SceneStream& operator=(const SceneStream&) = delete;
+
+    // ---- writing
+
+    LineBuffer& line() { return line_; }
+
+    /// Writes line() with its indentation and an LF, and clears it. -1 on a failed store or a line
+    /// that was too long; the stream then stays failed (writeFailed()).
+    Result putLine();
+
+    // One key with its values; each is a whole line.
+    Result putText(std::string_view key, std::string_view value);  // key "value", quotes escaped
+    Result putWord(std::string_view key, std::string_view word);   // key word
+    Result putDouble(std::string_view key, double value);
+    Result putDoubles(std::string_view key, std::span<const double> values);
+    Result putVector(std::string_view key, Vec3 value);
+    Result putInt(std::string_view key, long long value);
+
+    /// Raw bytes, without indentation or line end.
+    virtual Result writeBytes(std::span<const std::uint8_t> bytes) = 0;
+
+    /// Writes line() to the secondary sink. Only preset streams have one; 0 elsewhere.
+    virtual Result putAuxLine();
+
+    /// "begin Class", the body, "end Class". A failed body is returned at once without its end.
+    Result writeObject(Persistent& object);
+
+    bool writeFailed() const { return writeFailed_; }
+
+    // ---- reading
+
+    virtual bool hasMore() = 0;
+
+    /// Offset of the last byte consumed, a plain token's delimiter included.
+    virtual std::int64_t position() const = 0;
+
+    /// The next token, without its outer quotes and with escaped quotes resolved. Valid until the
+    /// next read. Tokens longer than kLineCapacity - 1 bytes are cut. 0, -1, or -3 at the end.
+    virtual Result nextToken(std::string_view& token) = 0;
+
+    /// As above, cut to `capacity - 1` bytes, into a string of the caller's.
+    Result nextToken(std::string& token, std::size_t capacity = kNameCapacity);
+
+    /// Exactly bytes.size() raw bytes, from one byte behind the previous token on.
+    virtual Result readBytes(std::span<std::uint8_t> bytes) = 0;
+
+    // Value readers: -1 where the token is no such value, or the input ends.
+    Result readDouble(double& value);
+    Result readFloat(float& value);
+    Result readVector3(Vec3& value);
+    Result readVector2(Vec2& value);
+    Result readColor(std::span<float> channels);  // as many as the span is long
+    Result readInt(int& value);                   // "on" is 1, "off" is 0
+    Result readBool(bool& value);                 // readInt, non-zero is true
+    Result readText(std::string& value, std::size_t capacity = kNameCapacity);
+
+    // ---- command stack
+
+    void push(Persistent& object) { stack_.push_back(&object); }
+    void pop();
+    std::size_t depth() const { return stack_.size(); }
+    Persistent* top() const { return stack_.empty() ? nullptr : stack_.back(); }
+
+    /// Serves one command of the object on top. See sceneErrorText() for what went wrong.
+    Result runTopCommand();
+
+  protected:
+    virtual Result storeLine(std::string_view indentation, std::string_view line) = 0;
+
+  private:
+    LineBuffer line_;
+    bool writeFailed_ = false;
+    std::vector<Persistent*> stack_;
+};
+
+/// What the last runTopCommand() has to say, at most 255 bytes; empty if nothing. Process-wide.
+std::string_view sceneErrorText();
+void setSceneErrorText(std::string_view text);
+
+/// True when the text only speaks of keys that this system itself writes and never reads: nothing
+/// to bother the user with.
+bool isExpectedRecovery();
+
+/// Pushes `receiver` and serves commands until its block (or the input) ends. Error texts that
+/// matter go to questions().showMessage. The end of the input is success.
+Result loadBlock(SceneStream& stream, Persistent& receiver);
+
+}  // namespace orvin

@@ -1,0 +1,53 @@
+// Transform: translate, rotate, scale and pivot of one node, with the cached local matrix.
+//
+// The letters of `order` act on the point one after the other from the last to the first, each
+// about the pivot as moved so far; "rst" and "trs" therefore give the same matrix and the pivot
+// lands on origin + translate. After setMatrix the matrix is the master and the components are
+// derived when they are asked for.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "toolkit/math/Matrix4.h"
+
+namespace orvin {
+
+class Transform {
+  public:
+    Vec3 origin() const;
+    Vec3 translate() const;
+    Vec3 rotate() const;  // degrees
+    Vec3 scale() const;
+    const std::string& order() const { return order_; }
+    const std::string& rotateOrder() const { return rotateOrder_; }
+
+    void setOrigin(Vec3 value);
+    void setTranslate(Vec3 value);
+    void setRotate(Vec3 degrees);
+    void setScale(Vec3 value);
+    void setOrder(std::string_view letters);        // of "r", "s", "t", either case
+    void setRotateOrder(std::string_view letters);  // of "x", "y", "z", either case
+
+    /// parentFromLocal.
+    const Matrix4& matrix() const;
+
+    /// Makes `matrix` the master; components follow on demand.
+    void setMatrix(const Matrix4& matrix);
+
+  private:
+    void derive() const;
+    Matrix4 compose(bool withTranslation) const;
+
+    mutable Vec3 origin_;
+    mutable Vec3 translate_;
+    mutable Vec3 rotate_;
+    mutable Vec3 scale_{1.0, 1.0, 1.0};
+    mutable bool matrixIsMaster_ = false;
+    mutable Matrix4 matrix_;
+    mutable bool matrixDirty_ = true;
+    std::string order_ = "rst";
+    std::string rotateOrder_ = "xyz";
+};
+
+}  // namespace orvin

@@ -1,0 +1,30 @@
+// What the operating system answers. Implementations: posix/ and win32/.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
+
+namespace orvin::platform {
+
+/// Folder of the module or program that this code is linked into; where the data folders lie.
+std::filesystem::path moduleFolder();
+
+/// Free physical memory in bytes; what the renderer may plan with.
+std::uint64_t freePhysicalMemory();
+
+/// Opens a new, empty temporary file for reading and writing ("w+b"). It is removed from the disk
+/// when it is closed, or when the process dies, at the latest. Null on failure.
+std::FILE* openTemporaryFile();
+
+/// Opens a file whose name may hold any characters (fopen with a wide name on Windows).
+std::FILE* openFile(const std::filesystem::path& path, const char* mode);
+
+/// 64-bit seek from the start; 0 on success.
+int seek(std::FILE* file, std::uint64_t offset);
+
+/// Puts `from` in the place of `to` in one step: a reader sees the old or the new file, never half
+/// of one. Flushed to the disk first. False on failure, with both files as they were.
+bool replaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
+
+}  // namespace orvin::platform

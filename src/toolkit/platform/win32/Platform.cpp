@@ -1,0 +1,78 @@
+#include "toolkit/platform/Platform.h"
+
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+
+#include <string>
+
+namespace orvin::platform {
+
+namespace {
+
+HMODULE thisModule() {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+        reinterpret_cast<LPCWSTR>(&thisModule), &module);
+    return module;
+}
+
+}  // namespace
+
+std::filesystem::path moduleFolder() {
+    std::wstring name(512, L'\0');
+    for (;;) {
+        const DWORD size =
+            GetModuleFileNameW(thisModule(), name.data(), static_cast<DWORD>(name.size()));
+        if (size == 0) return ".";
+        if (size < name.size()) {
+            name.resize(size);
+            return std::filesystem::path(name).parent_path();
+        }
+        name.resize(name.size() * 2);
+    }
+}
+
+std::uint64_t freePhysicalMemory() {
+    MEMORYSTATUSEX status{};
+    status.dwLength = sizeof(status);
+    return GlobalMemoryStatusEx(&status) ? status.ullAvailPhys : 0;
+}
+
+std::FILE* openTemporaryFile() {
+    wchar_t folder[MAX_PATH + 1];
+    wchar_t name[MAX_PATH + 1];
+    if (GetTempPathW(MAX_PATH, folder) == 0) return nullptr;
+    if (GetTempFileNameW(folder, L"orv", 0, name) == 0) return nullptr;
+    const HANDLE handle =
+        CreateFileW(name, GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
+                    FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return nullptr;
+    const int descriptor = _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_BINARY | _O_RDWR);
+    if (descriptor < 0) {
+        CloseHandle(handle);
+        return nullptr;
+    }
+    std::FILE* file = _fdopen(descriptor, "w+b");
+    if (file == nullptr) _close(descriptor);
+    return file;
+}
+
+std::FILE* openFile(const std::filesystem::path& path, const char* mode) {
+    std::wstring wide;
+    for (const char* c = mode; *c != '\0'; ++c)
+        wide.push_back(static_cast<wchar_t>(*c));
+    return _wfopen(path.c_str(), wide.c_str());
+}
+
+int seek(std::FILE* file, std::uint64_t offset) {
+    return _fseeki64(file, static_cast<long long>(offset), SEEK_SET);
+}
+
+bool replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
+    return MoveFileExW(from.c_str(), to.c_str(),
+                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+}
+
+}  // namespace orvin::platform
