@@ -7,6 +7,7 @@
 // million pixels, however large the image is.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -72,11 +73,12 @@ inline SummedImage::Sums SummedImage::boxSum(int x0, int y0, int x1, int y1) con
 inline std::array<std::uint8_t, 4> SummedImage::boxQuery(int x0, int y0, int x1, int y1) const {
     const Sums sums = boxSum(x0, y0, x1, y1);
     // (sum + 1/2) / count never touches a whole number, so the rounding of the reciprocal can't
-    // change the truncated quotient.
+    // change the truncated quotient. The limit is for the meaningless fourth of three channels.
     const double perPixel = 1.0 / (static_cast<double>(x1 - x0 + 1) * (y1 - y0 + 1));
     std::array<std::uint8_t, 4> mean;
     for (std::size_t c = 0; c < 4; ++c)
-        mean[c] = static_cast<std::uint8_t>(static_cast<int>((sums[c] + 0.5) * perPixel));
+        mean[c] = static_cast<std::uint8_t>(
+            static_cast<int>(std::min((sums[c] + 0.5) * perPixel, 255.0)));
     if (!hasAlpha()) mean[3] = 255;
     return mean;
 }
