@@ -99,7 +99,7 @@ class CameraX : public TransformMember {
 
     /// poseIn(mode()): what a slider of any mode shows for this camera.
     CameraPose pose() const { return poseIn(mode_); }
-    void setPose(const CameraPose& pose);
+    Result setPose(const CameraPose& pose);
 
     /// Goes to another mode without moving the picture.
     Result switchMode(CameraMode mode);
@@ -190,8 +190,6 @@ class CameraX : public TransformMember {
     static void registerCameraCommands(CommandRegistry& registry);
 
   private:
-    static Result endBlock(SceneStream& stream, Persistent& self);
-
     Matrix4 parentFromCamera() const;
     void updateNode();
 

@@ -12,20 +12,15 @@
 
 namespace orvin {
 
-class twPicture;
-
-/// Asked for a picture that isn't where it was: the path where it is, or nothing. Paths are UTF-8.
+/// Asked for a picture that isn't where it was: the path where it is, or nothing.
 using ImageLocator = std::function<std::optional<std::string>(const std::string& path)>;
 
 class ImageFile final : public SceneMember {
   public:
     static constexpr std::size_t kPathLimit = 260;  // bytes of a path that are kept
-    static constexpr int kThumbnailWidth = 37;
-    static constexpr int kThumbnailHeight = 32;
 
     ImageFile(SceneX& scene, std::string_view name);
     ImageFile(SceneX& scene, const ImageFile& source, std::string_view name);
-    ~ImageFile() override;
 
     const CommandRegistry& commandRegistry() const override;
     std::string_view className() const override { return "ImageFile"; }
@@ -33,11 +28,6 @@ class ImageFile final : public SceneMember {
 
     const std::string& path() const { return path_; }
     void setPath(std::string_view path);
-
-    /// Null for none.
-    const twPicture* thumbnail() const { return thumbnail_.get(); }
-    /// A picture without width, height or pixels counts as none.
-    void setThumbnail(std::unique_ptr<twPicture> picture);
 
     /// Drops the cached pixels and finds the file: where the path says, else where `locate` says
     /// (an empty function finds nothing). The path found is kept and a thumbnail made of what it
@@ -50,8 +40,6 @@ class ImageFile final : public SceneMember {
 
   private:
     std::string path_;
-    std::unique_ptr<twPicture> thumbnail_;
-    std::unique_ptr<twPicture> incoming_;  // between ThumbnailSize and the pixels, while reading
 };
 
 /// Reloads every image file of the scene. -1 where any wasn't found; the others are done all the

@@ -64,8 +64,6 @@ class ResolvedMap {
     MapDomain domain_;
     double scaleS_ = 1.0;  // texels per unit of s
     double scaleT_ = 1.0;
-    double lastColumn_ = 0.0;
-    double lastRow_ = 0.0;
     Matrix4 reflection_;
 };
 

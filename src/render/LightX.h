@@ -74,7 +74,8 @@ class LightX final : public CameraX {
 
     int shadowMapXres() const { return xres_; }
     int shadowMapYres() const { return yres_; }
-    void setShadowMapSize(int xres, int yres);
+    void setShadowMapXres(int texels) { xres_ = texels; }
+    void setShadowMapYres(int texels) { yres_ = texels; }
 
     /// The map of the frame being rendered; null for none.
     void setShadowMap(std::unique_ptr<ShadowLookup> map) { shadowMap_ = std::move(map); }

@@ -2,10 +2,21 @@
 #pragma once
 
 #include <array>
+#include <cmath>
 
 namespace orvin {
 
 using Rgba = std::array<float, 4>;
+
+inline bool isFinite(const Rgba& c) {
+    return std::isfinite(c[0]) && std::isfinite(c[1]) && std::isfinite(c[2]) && std::isfinite(c[3]);
+}
+
+/// For writing.
+inline std::array<double, 4> asDoubles(const Rgba& c) {
+    return {static_cast<double>(c[0]), static_cast<double>(c[1]), static_cast<double>(c[2]),
+            static_cast<double>(c[3])};
+}
 
 /// Perceived brightness of a colour as maps use it.
 inline float luminance(const Rgba& c) {

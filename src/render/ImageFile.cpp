@@ -1,0 +1,87 @@
+#include "render/ImageFile.h"
+
+#include <filesystem>
+
+#include "render/image/ImageCache.h"
+#include "scene/SceneStream.h"
+#include "scene/SceneX.h"
+
+namespace orvin {
+
+namespace {
+
+ImageFile& imageFile(Persistent& self) {
+    return static_cast<ImageFile&>(self);
+}
+
+Result readImage(SceneStream& stream, Persistent& self) {
+    std::string path;
+    if (stream.readText(path, ImageFile::kPathLimit + 1) != kSuccess) return kFailure;
+    imageFile(self).setPath(path);
+    return kSuccess;
+}
+
+bool isThere(const std::string& path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(std::filesystem::path(path), error) && !error;
+}
+
+}  // namespace
+
+ImageFile::ImageFile(SceneX& scene, std::string_view name)
+    : SceneMember(scene, MemberKind::kImageFile, name) {}
+
+ImageFile::ImageFile(SceneX& scene, const ImageFile& source, std::string_view name)
+    : ImageFile(scene, name) {
+    saveable = source.saveable;
+    path_ = source.path_;
+}
+
+void ImageFile::setPath(std::string_view path) {
+    path_ = path.substr(0, kPathLimit);
+}
+
+void ImageFile::releaseImage() {
+    if (!path_.empty()) orvin::releaseImage(path_);
+}
+
+Result ImageFile::reload(const ImageLocator& locate) {
+    if (path_.empty() || path_.starts_with('|')) return kSuccess;
+    releaseImage();
+    std::string found = path_;
+    if (!isThere(found)) {
+        const auto located = locate ? locate(path_) : std::nullopt;
+        if (!located || located->empty() || located->size() > kPathLimit) return kFailure;
+        found = *located;
+    }
+    path_ = std::move(found);
+    releaseImage();
+    return kSuccess;
+}
+
+const CommandRegistry& ImageFile::commandRegistry() const {
+    struct Commands : CommandRegistry {
+        Commands() : CommandRegistry(16) {
+            registerMemberCommands(*this);
+            lookupOrInsert("image", readImage);
+        }
+    };
+    static const Commands commands;
+    return commands;
+}
+
+Result ImageFile::writeBody(SceneStream& stream) {
+    const bool failed = SceneMember::writeBody(stream) || stream.putText("image", path_);
+    return failed ? kFailure : kSuccess;
+}
+
+Result reloadImages(SceneX& scene, const ImageLocator& locate) {
+    Result result = kSuccess;
+    for (SceneMember* member : scene.members(MemberKind::kImageFile)) {
+        auto* file = dynamic_cast<ImageFile*>(member);
+        if (file != nullptr && file->reload(locate) != kSuccess) result = kFailure;
+    }
+    return result;
+}
+
+}  // namespace orvin
