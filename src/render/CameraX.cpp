@@ -200,6 +200,23 @@ CameraPose CameraX::poseIn(CameraMode mode) const {
     return pose;
 }
 
+Result CameraX::drive(CameraMode mode, const CameraPose& sliders) {
+    if (mode != mode_ && setMode(mode) != kSuccess) return kFailure;
+    const auto follow = [](double& stored, double slider) {
+        if (static_cast<float>(stored) != static_cast<float>(slider)) stored = slider;
+    };
+    CameraPose pose = pose_;
+    for (int axis = 0; axis < 3; ++axis) {
+        follow(pose.eye[axis], sliders.eye[axis]);
+        follow(pose.target[axis], sliders.target[axis]);
+    }
+    follow(pose.distance, sliders.distance);
+    follow(pose.tumbleLeftRight, sliders.tumbleLeftRight);
+    follow(pose.tumbleUpDown, sliders.tumbleUpDown);
+    follow(pose.roll, sliders.roll);
+    return pose == pose_ ? kSuccess : setPose(pose);
+}
+
 Result CameraX::switchMode(CameraMode mode) {
     if (static_cast<int>(mode) < 0 || static_cast<int>(mode) > 3) return kFailure;
     const CameraPose pose = poseIn(mode);

@@ -75,6 +75,8 @@ class CameraX : public TransformMember {
     /// mode is refused. See switchMode() for the gentle way.
     Result setMode(CameraMode mode);
 
+    // The stored values, those included that the present mode makes no use of: they are what files
+    // keep, and what new slider values are compared with. See pose() for where the camera is.
     Vec3 eye() const { return pose_.eye; }
     Vec3 target() const { return pose_.target; }
     double distance() const { return pose_.distance; }
@@ -100,6 +102,10 @@ class CameraX : public TransformMember {
     /// poseIn(mode()): what a slider of any mode shows for this camera.
     CameraPose pose() const { return poseIn(mode_); }
     Result setPose(const CameraPose& pose);
+
+    /// Follows a set of sliders: goes to `mode` as setMode() does and sets what differs from the
+    /// stored values, compared as floats, so that the rounding of a slider moves nothing.
+    Result drive(CameraMode mode, const CameraPose& sliders);
 
     /// Goes to another mode without moving the picture.
     Result switchMode(CameraMode mode);
