@@ -1,9 +1,12 @@
 #include "render/image/SummedImage.h"
 
-#include <cmath>
+#include <algorithm>
 #include <new>
+#include <span>
+#include <vector>
 
 #include "toolkit/Errors.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -67,8 +70,9 @@ struct Pair {
     }
 };
 
-int mix(int a, int b, double part) {
-    return static_cast<int>(a + (b - a) * part);
+// Between bytes, truncated. Equal ones stay as they are.
+RealLanes mix(RealLanes a, RealLanes b, double part) {
+    return truncated(a + (b - a) * part);
 }
 
 }  // namespace
@@ -76,31 +80,51 @@ int mix(int a, int b, double part) {
 SummedImage::SummedImage(const ImageBuffer& image)
     : width_(image.width()),
       height_(image.height()),
-      channels_(image.pixelBytes()),
+      hasAlpha_(image.kind() == PixelKind::kRgba),
       path_(image.path()) {
-    const bool colour = image.kind() == PixelKind::kRgb || image.kind() == PixelKind::kRgba;
+    const bool colour = hasAlpha_ || image.kind() == PixelKind::kRgb;
     if (!colour || width_ <= 0 || height_ <= 0) throw kImageBufferFailed;
-    stride_ = (static_cast<std::size_t>(width_) + 1) * channels_;
+    if (hasAlpha_) {
+        build<4>(image);
+    } else {
+        build<3>(image);
+    }
+}
+
+template <std::size_t kChannels>
+void SummedImage::build(const ImageBuffer& image) {
+    stride_ = (static_cast<std::size_t>(width_) + 1) * kChannels;
     const std::size_t rows = static_cast<std::size_t>(height_) + 1;
-    if (rows > (table_.max_size() - 1) / stride_) throw std::bad_alloc();
-    table_.resize(rows * stride_ + 1);
+    if (rows > PTRDIFF_MAX / sizeof(std::uint32_t) / stride_) throw std::bad_alloc();
+    const std::size_t entries = rows * stride_ + 1;
+    table_.reset(new std::uint32_t[entries]);  // every one is written below
+    platform::preferLargePages(table_.get(), entries * sizeof(std::uint32_t));
+    table_[entries - 1] = 0;
+    std::fill_n(table_.get(), stride_, 0U);
 
     std::vector<std::uint8_t> row(image.rowBytes());
     for (int y = 0; y < height_; ++y) {
         if (image.readRow(y, std::span<std::uint8_t>(row)) != kSuccess) throw kImageBufferFailed;
-        const std::uint32_t* above = table_.data() + static_cast<std::size_t>(y) * stride_;
-        std::uint32_t* sums = table_.data() + static_cast<std::size_t>(y + 1) * stride_;
-        Sums left{};
-        for (std::size_t i = 0; i < row.size(); i += channels_) {
-            for (std::size_t c = 0; c < channels_; ++c) {
-                left[c] += row[i + c];
-                sums[channels_ + i + c] = above[channels_ + i + c] + left[c];
+        const std::uint32_t* above = table_.get() + static_cast<std::size_t>(y) * stride_;
+        std::uint32_t* sums = table_.get() + static_cast<std::size_t>(y + 1) * stride_;
+        std::array<std::uint32_t, kChannels> left{};
+        std::copy_n(left.begin(), kChannels, sums);
+        const std::uint8_t* in = row.data();
+        for (std::size_t i = kChannels; i < stride_; i += kChannels) {
+            for (std::size_t c = 0; c < kChannels; ++c) {
+                left[c] += *in++;
+                sums[i + c] = above[i + c] + left[c];
             }
         }
     }
 }
 
 std::array<float, 4> SummedImage::sampleBox(double s0, double t0, double s1, double t1) const {
+    return hasAlpha_ ? sample<4>(s0, t0, s1, t1) : sample<3>(s0, t0, s1, t1);
+}
+
+template <std::size_t kChannels>
+std::array<float, 4> SummedImage::sample(double s0, double t0, double s1, double t1) const {
     s0 = clampCorner(s0, width_);
     s1 = clampCorner(s1, width_);
     t0 = clampCorner(t0, height_);
@@ -114,18 +138,16 @@ std::array<float, 4> SummedImage::sampleBox(double s0, double t0, double s1, dou
                            : (du >= 1.0 && dv >= 1.0) || big > 2.0 ? 1.0
                                                                    : big - 1.0;
 
-    std::array<double, 4> colour{};
+    RealLanes colour{};
     if (boxPart < 1.0) {
         const Pair x(s0, du, width_);
         const Pair y(t0, dv, height_);
-        const auto a = boxQuery(x.first, y.first, x.first, y.first);
-        const auto b = boxQuery(x.second, y.first, x.second, y.first);
-        const auto c = boxQuery(x.first, y.second, x.first, y.second);
-        const auto d = boxQuery(x.second, y.second, x.second, y.second);
-        for (std::size_t i = 0; i < 4; ++i) {
-            const int byte = mix(mix(a[i], c[i], y.part), mix(b[i], d[i], y.part), x.part);
-            colour[i] = (1.0 - boxPart) * byte;
-        }
+        const auto pixel = [this](int column, int row) {
+            return toReal(boxSum<kChannels>(column, row, column, row));
+        };
+        const RealLanes left = mix(pixel(x.first, y.first), pixel(x.first, y.second), y.part);
+        const RealLanes right = mix(pixel(x.second, y.first), pixel(x.second, y.second), y.part);
+        colour = mix(left, right, x.part) * (1.0 - boxPart);
     }
     if (boxPart > 0.0) {
         const Axis columns(s0, s1);
@@ -134,29 +156,29 @@ std::array<float, 4> SummedImage::sampleBox(double s0, double t0, double s1, dou
             const auto& row = rows.cells[r];
             for (std::size_t c = 0; c < columns.count; ++c) {
                 const auto& column = columns.cells[c];
-                const auto mean = boxQuery(column.first, row.first, column.last, row.last);
                 const double weight = boxPart * column.weight * row.weight;
-                for (std::size_t i = 0; i < 4; ++i)
-                    colour[i] += weight * mean[i];
+                colour =
+                    colour +
+                    boxMean<kChannels>(column.first, row.first, column.last, row.last) * weight;
             }
         }
     }
-    std::array<float, 4> result;
-    for (std::size_t i = 0; i < 4; ++i)
-        result[i] = std::min(static_cast<float>(colour[i]) * kByte, 1.0F);
-    if (!hasAlpha()) result[3] = 1.0F;
-    return result;
+    const auto fraction = [](double value) {
+        return std::min(static_cast<float>(value) * kByte, 1.0F);
+    };
+    return {fraction(colour.low[0]), fraction(colour.low[1]), fraction(colour.high[0]),
+            kChannels == 4 ? fraction(colour.high[1]) : 1.0F};
 }
 
 ImageBuffer SummedImage::toImage() const {
     ImageBuffer image(width_, height_, hasAlpha() ? PixelKind::kRgba : PixelKind::kRgb);
+    const std::size_t channels = image.pixelBytes();
     std::vector<std::uint8_t> row(image.rowBytes());
     for (int y = 0; y < height_; ++y) {
         for (int x = 0; x < width_; ++x) {
-            const auto pixel = boxQuery(x, y, x, y);
-            std::copy_n(pixel.begin(), channels_,
-                        row.begin() + static_cast<std::ptrdiff_t>(x) *
-                                          static_cast<std::ptrdiff_t>(channels_));
+            const auto bytes = boxQuery(x, y, x, y);
+            std::copy_n(bytes.begin(), channels,
+                        row.data() + static_cast<std::size_t>(x) * channels);
         }
         image.writeRow(y, std::span<const std::uint8_t>(row));
     }

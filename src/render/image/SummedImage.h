@@ -7,14 +7,15 @@
 // million pixels, however large the image is.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
 #include "render/image/ImageBuffer.h"
+#include "render/image/Lanes.h"
 
 namespace orvin {
 
@@ -27,7 +28,7 @@ class SummedImage {
 
     int width() const { return width_; }
     int height() const { return height_; }
-    bool hasAlpha() const { return channels_ == 4; }
+    bool hasAlpha() const { return hasAlpha_; }
     const std::string& path() const { return path_; }
     void setPath(std::string path) { path_ = std::move(path); }
 
@@ -44,43 +45,55 @@ class SummedImage {
     ImageBuffer toImage() const;
 
   private:
-    using Sums = std::array<std::uint32_t, 4>;
+    template <std::size_t kChannels>
+    void build(const ImageBuffer& image);
+    template <std::size_t kChannels>
+    std::array<float, 4> sample(double s0, double t0, double s1, double t1) const;
 
-    // Sum over the box; the fourth is meaningless without alpha.
-    Sums boxSum(int x0, int y0, int x1, int y1) const;
+    // Sums over the box; the fourth is 0 for three channels.
+    template <std::size_t kChannels>
+    Lanes boxSum(int x0, int y0, int x1, int y1) const;
+    // Their truncated means.
+    template <std::size_t kChannels>
+    RealLanes boxMean(int x0, int y0, int x1, int y1) const;
 
     int width_ = 0;
     int height_ = 0;
-    std::size_t channels_ = 3;
+    bool hasAlpha_ = false;
     std::size_t stride_ = 0;  // entries per table row
     // (width + 1) x (height + 1) pixels with a leading row and column of zeros, so that no
     // neighbour is ever missing; one entry more at the end, as three channels are read by fours.
-    std::vector<std::uint32_t> table_;
+    std::unique_ptr<std::uint32_t[]> table_;
     std::string path_;
 };
 
-inline SummedImage::Sums SummedImage::boxSum(int x0, int y0, int x1, int y1) const {
-    const std::size_t left = static_cast<std::size_t>(x0) * channels_;
-    const std::size_t right = static_cast<std::size_t>(x1 + 1) * channels_;
-    const std::uint32_t* above = table_.data() + static_cast<std::size_t>(y0) * stride_;
-    const std::uint32_t* below = table_.data() + static_cast<std::size_t>(y1 + 1) * stride_;
-    Sums sums;
-    for (std::size_t c = 0; c < 4; ++c)
-        sums[c] = below[right + c] - below[left + c] - above[right + c] + above[left + c];
-    return sums;
+template <std::size_t kChannels>
+inline Lanes SummedImage::boxSum(int x0, int y0, int x1, int y1) const {
+    const std::size_t left = static_cast<std::size_t>(x0) * kChannels;
+    const std::size_t right = static_cast<std::size_t>(x1 + 1) * kChannels;
+    const std::uint32_t* above = table_.get() + static_cast<std::size_t>(y0) * stride_;
+    const std::uint32_t* below = table_.get() + static_cast<std::size_t>(y1 + 1) * stride_;
+    const Lanes sums = loadLanes(below + right) - loadLanes(below + left) -
+                       loadLanes(above + right) + loadLanes(above + left);
+    constexpr Lanes kColour = {~0U, ~0U, ~0U, kChannels == 4 ? ~0U : 0U};
+    return sums & kColour;
+}
+
+template <std::size_t kChannels>
+inline RealLanes SummedImage::boxMean(int x0, int y0, int x1, int y1) const {
+    // (sum + 1/2) / count never touches a whole number, so the rounding of the reciprocal can't
+    // change the truncated quotient.
+    const double perPixel = 1.0 / (static_cast<double>(x1 - x0 + 1) * (y1 - y0 + 1));
+    return truncated((toReal(boxSum<kChannels>(x0, y0, x1, y1)) + 0.5) * perPixel);
 }
 
 inline std::array<std::uint8_t, 4> SummedImage::boxQuery(int x0, int y0, int x1, int y1) const {
-    const Sums sums = boxSum(x0, y0, x1, y1);
-    // (sum + 1/2) / count never touches a whole number, so the rounding of the reciprocal can't
-    // change the truncated quotient. The limit is for the meaningless fourth of three channels.
-    const double perPixel = 1.0 / (static_cast<double>(x1 - x0 + 1) * (y1 - y0 + 1));
-    std::array<std::uint8_t, 4> mean;
-    for (std::size_t c = 0; c < 4; ++c)
-        mean[c] = static_cast<std::uint8_t>(
-            static_cast<int>(std::min((sums[c] + 0.5) * perPixel, 255.0)));
-    if (!hasAlpha()) mean[3] = 255;
-    return mean;
+    const RealLanes mean = hasAlpha_ ? boxMean<4>(x0, y0, x1, y1) : boxMean<3>(x0, y0, x1, y1);
+    const auto byte = [](double value) {
+        return static_cast<std::uint8_t>(static_cast<int>(value));
+    };
+    return {byte(mean.low[0]), byte(mean.low[1]), byte(mean.high[0]),
+            hasAlpha_ ? byte(mean.high[1]) : std::uint8_t{255}};
 }
 
 }  // namespace orvin

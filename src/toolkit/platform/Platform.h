@@ -1,6 +1,7 @@
 // What the operating system answers. Implementations: posix/ and win32/.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -12,6 +13,10 @@ std::filesystem::path moduleFolder();
 
 /// Free physical memory in bytes; what the renderer may plan with.
 std::uint64_t freePhysicalMemory();
+
+/// Hints that a large block, not written yet, will be used all over: with larger pages its first
+/// touch and scattered reads cost less. May do nothing.
+void preferLargePages(void* memory, std::size_t bytes);
 
 /// Opens a new, empty temporary file for reading and writing ("w+b"). It is removed from the disk
 /// when it is closed, or when the process dies, at the latest. Null on failure.

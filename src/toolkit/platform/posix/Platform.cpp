@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,6 +39,16 @@ std::uint64_t freePhysicalMemory() {
     return pages > 0 && size > 0
                ? static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(size)
                : 0;
+}
+
+void preferLargePages([[maybe_unused]] void* memory, [[maybe_unused]] std::size_t bytes) {
+#ifdef MADV_HUGEPAGE
+    constexpr std::uintptr_t kPage = std::uintptr_t{2} << 20;
+    const auto start = reinterpret_cast<std::uintptr_t>(memory);
+    const std::uintptr_t first = (start + kPage - 1) / kPage * kPage;
+    const std::uintptr_t last = (start + bytes) / kPage * kPage;
+    if (first < last) madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
+#endif
 }
 
 std::FILE* openTemporaryFile() {

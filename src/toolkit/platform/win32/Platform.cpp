@@ -40,6 +40,9 @@ std::uint64_t freePhysicalMemory() {
     return GlobalMemoryStatusEx(&status) ? status.ullAvailPhys : 0;
 }
 
+// Large pages need a privilege here that artists' accounts don't have.
+void preferLargePages(void*, std::size_t) {}
+
 std::FILE* openTemporaryFile() {
     wchar_t folder[MAX_PATH + 1];
     wchar_t name[MAX_PATH + 1];
