@@ -11,7 +11,9 @@ namespace orvin {
 
 struct MemberClass {
     std::string_view className;
-    /// Automatic name before the block's first `name` line: prefix and the counter.
+    /// Automatic name before the block's first `name` line: prefix and the counter. "object" for
+    /// ObjectX and ObjectP, "camera", "profile", "light", "material", "imagemap", "imagefile",
+    /// "objectstyle".
     std::string_view autoNamePrefix;
     std::unique_ptr<SceneMember> (*create)(SceneX& scene, std::string_view name);
     /// A copy of `source` (a member of this class, of any scene) in `scene` under `name`; null
@@ -26,7 +28,7 @@ void registerMemberClass(const MemberClass& memberClass);
 /// Null for a class that nobody registered.
 const MemberClass* findMemberClass(std::string_view className);
 
-/// Root and Group: the classes of this folder.
+/// Group: the class of this folder that stands in files (a scene's root never does).
 void registerSceneClasses();
 
 }  // namespace orvin

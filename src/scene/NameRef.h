@@ -1,5 +1,5 @@
 // NameRef: a counted reference to a name of a SceneX. It may be taken before the member exists
-// (it then reads null) and survives renaming.
+// (it then reads null) and survives renaming. It must not outlive its scene.
 #pragma once
 
 #include <string>
@@ -34,10 +34,14 @@ class NameRef {
     /// The present name; empty for a default-made reference.
     const std::string& name() const;
 
+    /// The registry of the scene it looks into; null for a default-made reference.
+    MemberRegistry* registry() const { return registry_; }
+
     bool bound() const { return entry_ != nullptr; }
 
   private:
     friend class SceneMember;
+    void reset();
     MemberRegistry::Entry* resolved() const;
 
     MemberRegistry* registry_ = nullptr;

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "scene/NameRef.h"
 #include "scene/Persistent.h"
@@ -29,8 +30,14 @@ class SceneMember : public Persistent {
   public:
     /// Binds the name in the scene's registry and joins the scene's list of its kind. An entry that
     /// is there already is taken over, forward references included, so callers make names unique
-    /// first. The scene owns members that it made; others must not outlive it.
+    /// first. A member on the heap is the scene's from then on (SceneX::adopt); one on the stack
+    /// must go before the scene does.
     SceneMember(SceneX& scene, MemberKind kind, std::string_view name);
+
+    /// The base of copies: kind and `saveable` of `source`, in `scene`, under `name` or, where a
+    /// live member bears that, under a name made unique.
+    SceneMember(SceneX& scene, const SceneMember& source, std::string_view name);
+
     ~SceneMember() override;
     SceneMember(const SceneMember&) = delete;
     SceneMember& operator=(const SceneMember&) = delete;
@@ -43,12 +50,19 @@ class SceneMember : public Persistent {
     const std::string& name() const { return name_.name(); }
     NameRef ref() const { return name_; }
 
-    /// Renames; references follow. No change when equal.
+    /// Renames; references follow. No change when equal. Names longer than 255 bytes are cut. A
+    /// live member of that name loses it, so make names unique first (SceneX::uniqueName).
     void setName(std::string_view name);
 
-    /// Sets `marked` and marks every member this one refers to. Runs on cyclic references too:
-    /// a member that is marked already returns at once.
-    virtual void markUsed() { marked = true; }
+    /// The references to members that this one uses (material, style, maps; not its parent): what
+    /// the sweep follows and what an import brings along and rebinds. The pointers hold as long as
+    /// the member isn't changed.
+    virtual std::vector<NameRef*> references() { return {}; }
+
+    /// Sets `marked` here and, over references(), on every member reached. Chains of any length and
+    /// cycles are fine: a member that is marked already stops it. Classes override references(),
+    /// not this.
+    virtual void markUsed();
 
     virtual void setSaveable(bool on) { saveable = on; }
 
@@ -61,9 +75,14 @@ class SceneMember : public Persistent {
     static void registerMemberCommands(CommandRegistry& registry);
 
   private:
+    friend class SceneX;
+    void bind();
+    void noteName();
+
     NameRef name_;
     SceneX* scene_;
     MemberKind kind_;
+    bool listed_ = false;  // stands in its scene's list
 };
 
 }  // namespace orvin

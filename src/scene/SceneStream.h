@@ -11,7 +11,6 @@
 // up to 99 in a row. Writing: one line per key, indented by one blank per object on the stack.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -19,47 +18,22 @@
 #include <string_view>
 #include <vector>
 
+#include "scene/LineBuffer.h"
 #include "scene/Persistent.h"
+#include "scene/TokenReader.h"
 #include "toolkit/Result.h"
 #include "toolkit/math/Vec.h"
 
 namespace orvin {
 
-inline constexpr std::size_t kLineCapacity = 4096;  // longest line, and longest token kept
-inline constexpr std::size_t kNameCapacity = 256;   // names and keys, with their NUL
-inline constexpr int kUnknownTokenLimit = 100;      // this many unknown tokens in a row fail
+inline constexpr int kUnknownTokenLimit = 100;  // this many unknown tokens in a row fail
 inline constexpr std::string_view kEndOfStream = "**EndOfStream**";
 
-/// One line under construction, in a buffer that never grows: nothing is allocated per line.
-/// What doesn't fit is dropped and remembered; SceneStream::putLine then fails.
-class LineBuffer {
-  public:
-    LineBuffer& clear();
-    LineBuffer& text(std::string_view bytes);
-    LineBuffer& character(char c);
-    LineBuffer& number(double value);            // six decimals, as "%f"
-    LineBuffer& whole(long long value);          // as "%d"
-    LineBuffer& quoted(std::string_view bytes);  // in quotes, each inner quote with a backslash
-    LineBuffer& hex(std::span<const std::uint8_t> bytes);  // lowercase digits
-
-    std::string_view view() const { return {bytes_.data(), size_}; }
-    bool overflowed() const { return overflowed_; }
-
-  private:
-    std::array<char, kLineCapacity> bytes_;
-    std::size_t size_ = 0;
-    bool overflowed_ = false;
-};
-
-/// Escapes a name for a quoted token: each double quote gains a backslash. The copy ends before
-/// position 255.
-std::string quoteEscape(std::string_view text);
-
-class SceneStream {
+class SceneStream : protected ChunkSource {
   public:
     /// Pushes `root` as the bottom of the command stack (null leaves the stack empty).
     explicit SceneStream(Persistent* root);
-    virtual ~SceneStream() = default;
+    ~SceneStream() override = default;
     SceneStream(const SceneStream&) = delete;
     SceneStream& operator=(const SceneStream&) = delete;
 
@@ -67,12 +41,14 @@ class SceneStream {
 
     LineBuffer& line() { return line_; }
 
-    /// Writes line() with its indentation and an LF, and clears it. -1 on a failed store or a line
-    /// that was too long; the stream then stays failed (writeFailed()).
+    /// Writes line() with its indentation and one LF (the line's own, if it has one), and clears
+    /// it. -1 on a failed store, or where the whole is longer than kLineCapacity: a reader would
+    /// cut it. The stream then stays failed (writeFailed()).
     Result putLine();
 
     // One key with its values; each is a whole line.
     Result putText(std::string_view key, std::string_view value);  // key "value", quotes escaped
+    Result putName(std::string_view key, std::string_view name);   // the same, cut to a name's size
     Result putWord(std::string_view key, std::string_view word);   // key word
     Result putDouble(std::string_view key, double value);
     Result putDoubles(std::string_view key, std::span<const double> values);
@@ -92,16 +68,17 @@ class SceneStream {
 
     // ---- reading
 
-    virtual bool hasMore() = 0;
+    /// True while bytes are left, if only white space.
+    bool hasMore() { return reader_.hasMore(); }
 
-    /// Offset of the last byte consumed, a plain token's delimiter included.
-    virtual std::int64_t position() const = 0;
+    /// Offset of the last byte consumed, a plain token's delimiter included; -1 before the first.
+    std::int64_t position() const { return reader_.offset() - 1; }
 
     /// The next token, without its outer quotes and with escaped quotes resolved. Valid until the
     /// next read. Tokens longer than kLineCapacity - 1 bytes are cut. 0, -1, or -3 at the end.
-    virtual Result nextToken(std::string_view& token) = 0;
+    Result nextToken(std::string_view& token);
 
-    /// As above, cut to `capacity - 1` bytes, into a string of the caller's.
+    /// As above, cut to `capacity - 1` bytes and at a NUL byte, into a string of the caller's.
     Result nextToken(std::string& token, std::size_t capacity = kNameCapacity);
 
     /// Exactly bytes.size() raw bytes, from one byte behind the previous token on.
@@ -127,10 +104,24 @@ class SceneStream {
     /// Serves one command of the object on top. See sceneErrorText() for what went wrong.
     Result runTopCommand();
 
+    /// Takes objects off until `depth` are left.
+    void unwind(std::size_t depth);
+
   protected:
+    /// Puts `indentation`, `line` and an LF into the store. The line has no line end of its own.
     virtual Result storeLine(std::string_view indentation, std::string_view line) = 0;
 
+    /// Called where nextToken() meets a bare kEndOfStream; the result is nextToken()'s. The token
+    /// is one like others here: the command loop knows it.
+    virtual Result atEndMark() { return kSuccess; }
+
+    TokenReader& reader() { return reader_; }
+    void setWriteFailed() { writeFailed_ = true; }
+
   private:
+    Result runCommand(Persistent& self);
+
+    TokenReader reader_{*this};
     LineBuffer line_;
     bool writeFailed_ = false;
     std::vector<Persistent*> stack_;

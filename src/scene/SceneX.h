@@ -8,6 +8,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "scene/MemberClasses.h"
@@ -43,6 +45,19 @@ enum class NameConflict : unsigned { kIgnoreNew = 1, kReplaceOld = 2, kRenameNew
 using ConflictQuestion = std::function<std::pair<NameConflict, bool>(const SceneMember& old,
                                                                      const SceneMember& incoming)>;
 
+/// How one load (of a library, say) reconciles names; the same object serves all its imports.
+struct ImportPolicy {
+    NameConflict answer = NameConflict::kRenameNew;
+    bool standing = false;      // `answer` is for all: nobody is asked any more
+    ConflictQuestion question;  // empty: `answer` stands
+};
+
+/// What drawing code keeps for a scene; goes before the members do.
+class SceneCache {
+  public:
+    virtual ~SceneCache() = default;
+};
+
 class UndoHook {
   public:
     virtual ~UndoHook() = default;
@@ -68,7 +83,7 @@ class SceneX final : public Persistent {
 
     // ---- members
 
-    /// The members of a kind (0 to 8) in scene order.
+    /// The members of a kind (0 to 8) in scene order; none for kind 9.
     std::span<SceneMember* const> members(MemberKind kind) const;
     std::size_t count(MemberKind kind) const { return members(kind).size(); }
 
@@ -81,45 +96,52 @@ class SceneX final : public Persistent {
         return dynamic_cast<T*>(member(kind, name));
     }
 
-    /// Takes ownership. Construction has put the member into its list already.
+    /// Takes ownership: the scene destroys what stands in its lists. Construction has put the
+    /// member there already.
     SceneMember& adopt(std::unique_ptr<SceneMember> member);
     template <typename T, typename... Args>
     T& make(Args&&... args) {
         return static_cast<T&>(adopt(std::make_unique<T>(*this, std::forward<Args>(args)...)));
     }
-    /// Destroys a member that this scene owns, and takes it out of the selection.
+    /// Destroys a member that this scene owns, and takes it out of the selection. The root stays.
     void destroy(SceneMember& member);
 
     // Called by the members themselves.
     void addMember(SceneMember& member, MemberKind kind);
     void removeMember(SceneMember& member, MemberKind kind);
+    void nameFreed(std::string_view name);
 
     // ---- names
 
-    /// `name` as it is while no live member bears it, else "Bevel.1", "Bevel.2", ...
+    /// `name` as it is while no live member bears it, else the first free one of "Bevel.1",
+    /// "Bevel.2", ...; of "Bevel.7" too. At most 255 bytes.
     std::string uniqueName(std::string_view name) const;
-    /// What a `name` command does: see the rules of renaming on load in the source.
+    /// What a `name` command does: the wanted name where it is free. Where another member has it, a
+    /// unique one, unless the present name is the wanted one plus a point and digits already.
     void renameOnLoad(SceneMember& member, std::string_view wanted);
     /// Largest N for which a member is named prefix and digits; 0 if none.
     int maxAutoNumber(std::string_view prefix) const;
 
     // ---- selection, in order
 
-    void select(SceneMember* member);  // null empties
-    void toggleSelect(SceneMember& member);
-    void addSelect(SceneMember* member);
+    void select(SceneMember* member);        // the only one; null empties
+    void toggleSelect(SceneMember& member);  // out if it is in, else to the end
+    void addSelect(SceneMember* member);     // to the end; null or one that is in: nothing
     void clearSelection() { selection_.clear(); }
-    void bringToFront(SceneMember& member);
+    void bringToFront(SceneMember& member);  // a selected member comes first
     std::span<SceneMember* const> selection() const { return selection_; }
     void deleteSelected();
 
     // ---- Sets
 
     Group* set(int number) const;
-    /// Selects Set n; false (and an empty selection) for 0 or a Set that isn't there.
+    /// Selects the group of Set n; empties the selection for Set 0 and for a Set that isn't there.
+    /// True for n above 0.
     bool selectSet(int number);
-    /// Moves `newObject`, or else the selected objects, into Set n. Into an empty Set it sets the
-    /// pivot to their centre. A Set that isn't there: nothing happens.
+    /// Moves `newObject`, or else the selected objects, into Set n; where they stand doesn't
+    /// change. The pivot of a Set that was empty goes to the centre of what came in. Nothing
+    /// happens without anything to move or where the Set isn't there; throws kSetGroupMissing where
+    /// its name is borne by something else than a group.
     void moveToSet(int number, TransformMember* newObject, bool recordUndo);
 
     // ---- sweep and copies
@@ -128,34 +150,54 @@ class SceneX final : public Persistent {
     /// Drops objects, styles, materials, images, maps and profiles that nothing protected refers
     /// to. Bits of keepMask: 0 all objects stay, 1 all styles, 2 all materials.
     void purge(unsigned keepMask);
-    /// True where nothing could be swept, false for a style or material that nobody refers to.
+    /// False for a style or material that nothing protected refers to; true for all others.
     bool stillReferred(SceneMember& member);
 
     /// A copy of `source` under `name`; null if the name exists or the class can't be copied.
     SceneMember* cloneMember(const SceneMember& source, std::string_view name);
-    /// A copy with everything it refers to. `policy` stands where `question` is empty.
-    SceneMember* importMember(SceneMember& source, NameConflict policy,
-                              const ConflictQuestion& question, bool recursive);
+    /// A copy of a member of another scene; with `recursive` everything that it refers to comes
+    /// along, and the copy refers to what came of that here. Names that exist are dealt with by
+    /// `policy`; where the classes differ the incoming one is renamed. "defaultMtl",
+    /// "defaultObjXStyle" and ProfileL members exist once: the one here serves. A replaced member's
+    /// place in the scene, its parent and children and all references to it go to the copy. Null
+    /// if the class can't be copied.
+    SceneMember* importMember(SceneMember& source, ImportPolicy& policy, bool recursive);
 
     // ---- images
 
-    /// Makes the image map "|ExtMapN" if it isn't there.
+    /// Makes the image map "|ExtMapN", without a file, if no member of that name is there.
     void ensureExtMap(int number);
+    /// True if a material refers to the image map "|ExtMapN".
+    bool usesExtMap(int number) const;
 
     Box3 sceneBounds() const;  // of objects and lights, in world space
 
     void setUndo(std::unique_ptr<UndoHook> undo) { undo_ = std::move(undo); }
     UndoHook* undo() const { return undo_.get(); }
 
+    SceneCache* meshCache() const { return meshCache_.get(); }
+    void setMeshCache(std::unique_ptr<SceneCache> cache) { meshCache_ = std::move(cache); }
+
   private:
     static constexpr std::size_t kListCount = 9;
+    using MemberList = std::vector<SceneMember*>;
+
+    MemberList& list(MemberKind kind) { return lists_[static_cast<std::size_t>(kind)]; }
+    void markFromProtected();
+    void sweep(MemberKind kind);
+    SceneMember* importOne(SceneMember& source, ImportPolicy& policy);
+    void putInPlace(SceneMember& old, SceneMember& copy);
+    std::optional<NameConflict> decide(const SceneMember& source, ImportPolicy& policy) const;
 
     std::string sceneName_;
     MemberRegistry names_;
-    std::unique_ptr<Root> root_;
+    // Lowest number that may be free behind a stem: many members of one name stay cheap to number.
+    mutable std::unordered_map<std::string, int> freeNumbers_;
     std::vector<SceneMember*> selection_;
-    std::vector<SceneMember*> lists_[kListCount];
+    MemberList lists_[kListCount];
+    std::unique_ptr<Root> root_;
     std::unique_ptr<UndoHook> undo_;
+    std::unique_ptr<SceneCache> meshCache_;
 };
 
 }  // namespace orvin

@@ -3,7 +3,11 @@
 // The letters of `order` act on the point one after the other from the last to the first, each
 // about the pivot as moved so far; "rst" and "trs" therefore give the same matrix and the pivot
 // lands on origin + translate. After setMatrix the matrix is the master and the components are
-// derived when they are asked for.
+// derived when they are asked for: scale from the lengths of the axes, rotation from the nearest
+// right-handed frame, translation so that the pivot stays. A shear is lost by that.
+//
+// Degenerate input: an axis of length 0 keeps scale 0 and the frame is completed from the others;
+// a mirroring matrix gives the axis that the frame turns over a negative scale.
 #pragma once
 
 #include <string>
@@ -26,8 +30,9 @@ class Transform {
     void setTranslate(Vec3 value);
     void setRotate(Vec3 degrees);
     void setScale(Vec3 value);
-    void setOrder(std::string_view letters);        // of "r", "s", "t", either case
-    void setRotateOrder(std::string_view letters);  // of "x", "y", "z", either case
+    // Three letters of "r", "s", "t" and of "x", "y", "z", of either case; others are skipped.
+    void setOrder(std::string_view letters);
+    void setRotateOrder(std::string_view letters);
 
     /// parentFromLocal.
     const Matrix4& matrix() const;
@@ -37,13 +42,14 @@ class Transform {
 
   private:
     void derive() const;
+    void change();
     Matrix4 compose(bool withTranslation) const;
 
     mutable Vec3 origin_;
     mutable Vec3 translate_;
     mutable Vec3 rotate_;
     mutable Vec3 scale_{1.0, 1.0, 1.0};
-    mutable bool matrixIsMaster_ = false;
+    mutable bool matrixIsMaster_ = false;  // components are stale
     mutable Matrix4 matrix_;
     mutable bool matrixDirty_ = true;
     std::string order_ = "rst";

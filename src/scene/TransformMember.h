@@ -22,6 +22,8 @@ class TransformMember : public SceneMember {
 
     /// Attaches to the scene's root, unless this is the root.
     TransformMember(SceneX& scene, MemberKind kind, std::string_view name);
+    /// The base of copies: flags and Transform of `source`, attached to the root of `scene`.
+    TransformMember(SceneX& scene, const TransformMember& source, std::string_view name);
     ~TransformMember() override;  // children go to this member's parent and keep their world pose
 
     Result writeBody(SceneStream& stream) override;
@@ -32,7 +34,7 @@ class TransformMember : public SceneMember {
     /// Flags and the whole Transform.
     void copyPoseFrom(const TransformMember& other);
 
-    /// worldFromLocal, refreshed up the chain of parents.
+    /// worldFromLocal, refreshed over the chain of parents.
     const Matrix4& world();
 
     /// Box in local space; empty by default.
@@ -42,14 +44,16 @@ class TransformMember : public SceneMember {
     /// True when the world-space ray meets localBounds().
     virtual bool rayHit(const Ray& worldRay);
 
-    TransformMember* parent() const;
+    TransformMember* parent() const { return parent_; }
     std::size_t childCount() const { return children_.size(); }
-    TransformMember* child(std::size_t i) const;
+    TransformMember* child(std::size_t i) const { return children_[i]; }
 
     /// Moves to another parent and keeps the world pose; components stay as they are where the pose
-    /// is the same anyway. A name without a member throws std::bad_alloc.
+    /// is the same anyway. A name without a placed member throws std::bad_alloc. A parent that is
+    /// this member or stands below it is refused: nothing happens. Nor does it for the root.
     void setParent(const NameRef& parent);
-    /// Moves to another parent and leaves the local pose: what reading a file needs.
+    /// Moves to another parent and leaves the local pose: what reading a file needs. Otherwise as
+    /// setParent().
     void attachTo(const NameRef& parent);
 
     bool isEnabled() const { return (flags_ & kDisabled) == 0; }
@@ -68,12 +72,16 @@ class TransformMember : public SceneMember {
     virtual void worldChanged() {}
 
   private:
+    bool mayHang(const TransformMember& newParent) const;
+    void moveTo(TransformMember& newParent);
+    void movePoseKept(TransformMember& newParent);
     void leaveParent();
 
+    // Plain pointers: the tree holds whatever happens to names, and a destructor leaves it tidy.
     Transform transform_;
     Matrix4 world_;
-    NameRef parent_;
-    std::vector<NameRef> children_;
+    TransformMember* parent_ = nullptr;
+    std::vector<TransformMember*> children_;
     unsigned flags_ = 0;
 };
 
@@ -89,6 +97,7 @@ class Root final : public TransformMember {
 class Group final : public TransformMember {
   public:
     Group(SceneX& scene, std::string_view name);
+    Group(SceneX& scene, const Group& source, std::string_view name);
     const CommandRegistry& commandRegistry() const override;
     std::string_view className() const override { return "Group"; }
 };
