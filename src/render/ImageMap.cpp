@@ -90,10 +90,8 @@ void ImageMap::setImageFile(std::string_view name) {
     imageFile_ = NameRef(scene().registry(), name);
 }
 
-void ImageMap::markUsed() {
-    if (marked) return;
-    marked = true;
-    if (ImageFile* file = imageFile()) file->markUsed();
+std::vector<NameRef*> ImageMap::references() {
+    return {&imageFile_};
 }
 
 std::string ImageMap::imagePath() const {

@@ -75,7 +75,7 @@ class ImageMap final : public SceneMember {
     const CommandRegistry& commandRegistry() const override;
     std::string_view className() const override { return "ImageMap"; }
     Result writeBody(SceneStream& stream) override;
-    void markUsed() override;
+    std::vector<NameRef*> references() override;
 
     ImageFile* imageFile() const;
     const NameRef& imageFileRef() const { return imageFile_; }

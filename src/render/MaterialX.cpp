@@ -117,11 +117,11 @@ bool MaterialX::mapIsSet(MapUse use) const {
     return !name.empty() && name != kNoMember;
 }
 
-void MaterialX::markUsed() {
-    if (marked) return;
-    marked = true;
-    for (const NameRef& ref : maps_)
-        if (auto* map = ref.as<ImageMap>()) map->markUsed();
+std::vector<NameRef*> MaterialX::references() {
+    std::vector<NameRef*> all;
+    for (NameRef& map : maps_)
+        all.push_back(&map);
+    return all;
 }
 
 MaterialMaps MaterialX::resolveMaps() const {

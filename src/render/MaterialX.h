@@ -73,7 +73,7 @@ class MaterialX final : public Surface {
     const CommandRegistry& commandRegistry() const override;
     std::string_view className() const override { return "MaterialX"; }
     Result writeBody(SceneStream& stream) override;
-    void markUsed() override;
+    std::vector<NameRef*> references() override;
 
     bool isTransparent() const override { return look_.isTransparent(); }
     unsigned shadingNeeds() const { return look_.shadingNeeds(); }

@@ -2,7 +2,6 @@
 // the loop that loads a block.
 #include <algorithm>
 #include <array>
-#include <cstring>
 
 #include "scene/SceneStream.h"
 #include "toolkit/Numbers.h"
@@ -22,7 +21,7 @@ ErrorText gErrorText;
 
 void append(std::string_view text) {
     const std::size_t size = std::min(text.size(), gErrorText.bytes.size() - gErrorText.size);
-    std::memcpy(gErrorText.bytes.data() + gErrorText.size, text.data(), size);
+    std::copy_n(text.data(), size, gErrorText.bytes.data() + gErrorText.size);
     gErrorText.size += size;
 }
 
