@@ -69,7 +69,8 @@ CameraX::CameraX(SceneX& scene, std::string_view name)
     : CameraX(scene, MemberKind::kCamera, name) {}
 
 CameraX::CameraX(SceneX& scene, const CameraX& source, std::string_view name)
-    : TransformMember(scene, source, name) {
+    : CameraX(scene, name) {
+    saveable = source.saveable;
     copyCameraFrom(source);
 }
 

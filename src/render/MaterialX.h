@@ -4,7 +4,6 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
 #include "geometry/Surface.h"
 #include "render/ImageMap.h"

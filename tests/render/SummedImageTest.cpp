@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "render/image/ImageCache.h"
+#include "render/image/PictureOf.h"
 #include "render/image/SummedImage.h"
 #include "toolkit/Errors.h"
 
@@ -146,6 +147,21 @@ TEST(SummedImage, HostileBoxesStayInRange) {
                     for (const double t1 : values)
                         ASSERT_NEAR(image->sampleBox(s0, t0, s1, t1)[1], 200 * kByte, 1e-6)
                             << s0 << ' ' << t0 << ' ' << s1 << ' ' << t1;
+}
+
+TEST(PictureOf, ShowsMeansWithTheFirstRowAtTheBottom) {
+    const SummedImage image(grey(4, {10, 20, 30, 50, 30, 40, 50, 70}));
+    const twPicture small = pictureOf(image, 2, 2);
+    std::vector<std::uint8_t> row(6);
+    ASSERT_TRUE(small.readRgbRow(0, row));
+    EXPECT_EQ(row, (std::vector<std::uint8_t>{35, 35, 35, 60, 60, 60}));
+    ASSERT_TRUE(small.readRgbRow(1, row));
+    EXPECT_EQ(row, (std::vector<std::uint8_t>{15, 15, 15, 40, 40, 40}));
+    const twPicture large = pictureOf(image);
+    EXPECT_EQ(large.width(), 37);
+    EXPECT_EQ(large.height(), 32);
+    EXPECT_EQ(large.pixel(0, 0)[0], 30);
+    EXPECT_EQ(large.pixel(36, 31)[0], 50);
 }
 
 TEST(ImageCache, KeepsFilesByPathUntilReleased) {
