@@ -69,8 +69,7 @@ CameraX::CameraX(SceneX& scene, std::string_view name)
     : CameraX(scene, MemberKind::kCamera, name) {}
 
 CameraX::CameraX(SceneX& scene, const CameraX& source, std::string_view name)
-    : CameraX(scene, name) {
-    saveable = source.saveable;
+    : TransformMember(scene, source, name) {
     copyCameraFrom(source);
 }
 

@@ -61,7 +61,8 @@ class CameraX : public TransformMember {
     /// Mode TRANSFORM at the node's place; rotation order "zyx", transform order "trs".
     CameraX(SceneX& scene, std::string_view name);
 
-    /// The copy stands under the scene's root, in the same pose.
+    /// The copy stands under the scene's root, in the same pose; a name that is taken is made
+    /// unique.
     CameraX(SceneX& scene, const CameraX& source, std::string_view name);
 
     const CommandRegistry& commandRegistry() const override;
@@ -186,8 +187,6 @@ class CameraX : public TransformMember {
     /// cameraFromWorld. A camera that was scaled to nothing prints "BAD Camera INVERT!" and yields
     /// its world matrix as it is.
     Matrix4 viewMatrix();
-
-    void markUsed() override { marked = true; }
 
   protected:
     CameraX(SceneX& scene, MemberKind kind, std::string_view name);

@@ -32,10 +32,7 @@ ImageFile::ImageFile(SceneX& scene, std::string_view name)
     : SceneMember(scene, MemberKind::kImageFile, name) {}
 
 ImageFile::ImageFile(SceneX& scene, const ImageFile& source, std::string_view name)
-    : ImageFile(scene, name) {
-    saveable = source.saveable;
-    path_ = source.path_;
-}
+    : SceneMember(scene, source, name), path_(source.path_) {}
 
 void ImageFile::setPath(std::string_view path) {
     path_ = path.substr(0, kPathLimit);

@@ -75,12 +75,10 @@ ImageMap::ImageMap(SceneX& scene, std::string_view name)
     : SceneMember(scene, MemberKind::kImageMap, name), imageFile_(scene.registry(), kNoMember) {}
 
 ImageMap::ImageMap(SceneX& scene, const ImageMap& source, std::string_view name)
-    : ImageMap(scene, name) {
-    saveable = source.saveable;
-    setImageFile(source.imageFile_.name());
-    domain_ = source.domain_;
-    placement_ = source.placement_;
-}
+    : SceneMember(scene, source, name),
+      imageFile_(scene.registry(), source.imageFile_.name()),
+      domain_(source.domain_),
+      placement_(source.placement_) {}
 
 ImageFile* ImageMap::imageFile() const {
     return imageFile_.as<ImageFile>();

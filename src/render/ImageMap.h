@@ -7,6 +7,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "render/Rgba.h"
 #include "scene/SceneMember.h"

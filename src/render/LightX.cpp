@@ -90,24 +90,22 @@ LightX::LightX(SceneX& scene, std::string_view name)
       cosInner_(std::cos(kDefaultInner)),
       cosOuter_(std::cos(kDefaultOuter)) {}
 
-LightX::LightX(SceneX& scene, const LightX& source, std::string_view name) : LightX(scene, name) {
-    saveable = source.saveable;
-    copyCameraFrom(source);
-    type_ = source.type_;
-    lightFlags_ = source.lightFlags_;
-    color_ = source.color_;
-    intensity_ = source.intensity_;
-    falloff_ = source.falloff_;
-    falloffDistance_ = source.falloffDistance_;
-    cosInner_ = source.cosInner_;
-    cosOuter_ = source.cosOuter_;
-    direction_ = source.direction_;
-    origin_ = source.origin_;
-    softness_ = source.softness_;
-    darkness_ = source.darkness_;
-    xres_ = source.xres_;
-    yres_ = source.yres_;
-}
+LightX::LightX(SceneX& scene, const LightX& source, std::string_view name)
+    : CameraX(scene, source, name),
+      type_(source.type_),
+      lightFlags_(source.lightFlags_),
+      color_(source.color_),
+      intensity_(source.intensity_),
+      falloff_(source.falloff_),
+      falloffDistance_(source.falloffDistance_),
+      cosInner_(source.cosInner_),
+      cosOuter_(source.cosOuter_),
+      direction_(source.direction_),
+      origin_(source.origin_),
+      softness_(source.softness_),
+      darkness_(source.darkness_),
+      xres_(source.xres_),
+      yres_(source.yres_) {}
 
 void LightX::setType(LightType type) {
     if (static_cast<int>(type) >= 0 && static_cast<int>(type) <= 3) type_ = type;

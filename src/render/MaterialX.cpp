@@ -97,9 +97,7 @@ MaterialX::MaterialX(SceneX& scene, std::string_view name)
 }
 
 MaterialX::MaterialX(SceneX& scene, const MaterialX& source, std::string_view name)
-    : MaterialX(scene, name) {
-    saveable = source.saveable;
-    look_ = source.look_;
+    : Surface(scene, source, name), look_(source.look_) {
     for (std::size_t i = 0; i < kMapUses; ++i)
         setMap(static_cast<MapUse>(i), source.maps_[i].name());
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <string_view>
+#include <vector>
 
 #include "geometry/Surface.h"
 #include "render/ImageMap.h"

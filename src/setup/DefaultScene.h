@@ -1,0 +1,16 @@
+// The scene of a new project.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "scene/SceneX.h"
+
+namespace orvin {
+
+/// Builds the Sets, the three cameras, the protected default material and style, and the lights: an
+/// ambient one first, then three directional ones. With `withObject` the style gets a bevelled
+/// edge. Style and edge come with the classes that registerMemberClasses() knows.
+std::unique_ptr<SceneX> buildDefaultScene(std::string_view name, bool withObject);
+
+}  // namespace orvin
