@@ -157,8 +157,10 @@ struct Interval {
     Interval secondPart() const { return wraps() ? Interval{lo, 1.0} : *this; }
 };
 
+// Never 0, so that two boxes without an extent on one axis still weigh by the other one.
 double area(const TextureBox& box) {
-    return (box.sMax - box.sMin) * (box.tMax - box.tMin);
+    constexpr double kLeast = 1e-9;
+    return std::max(box.sMax - box.sMin, kLeast) * std::max(box.tMax - box.tMin, kLeast);
 }
 
 // Longitude and latitude, each 0 to 1, at which a mirror at `position` sees the environment.
@@ -198,8 +200,8 @@ bool environment(const ResolvedMap& map, const ShadeContext& context, Rgba& out)
     const bool found1 = map.color(box1, first);
     const bool found2 = map.color(box2, second);
     if (found1 && found2) {
-        const double both = area(box1) + area(box2);
-        out = mix(first, second, both > 0.0 ? static_cast<float>(area(box2) / both) : 0.0F);
+        const double part = area(box2) / (area(box1) + area(box2));
+        out = mix(first, second, static_cast<float>(part));
     } else if (found1) {
         out = first;
     } else if (found2) {
