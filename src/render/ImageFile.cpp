@@ -3,8 +3,11 @@
 #include <filesystem>
 
 #include "render/image/ImageCache.h"
+#include "render/image/PictureOf.h"
+#include "scene/FileFlags.h"
 #include "scene/SceneStream.h"
 #include "scene/SceneX.h"
+#include "scene/Thumbnail.h"
 
 namespace orvin {
 
@@ -32,10 +35,16 @@ ImageFile::ImageFile(SceneX& scene, std::string_view name)
     : SceneMember(scene, MemberKind::kImageFile, name) {}
 
 ImageFile::ImageFile(SceneX& scene, const ImageFile& source, std::string_view name)
-    : SceneMember(scene, source, name), path_(source.path_) {}
+    : SceneMember(scene, source, name), path_(source.path_) {
+    if (source.thumbnail_) thumbnail_ = std::make_unique<twPicture>(*source.thumbnail_);
+}
 
 void ImageFile::setPath(std::string_view path) {
     path_ = path.substr(0, kPathLimit);
+}
+
+void ImageFile::setThumbnail(std::unique_ptr<twPicture> picture) {
+    thumbnail_ = picture && !picture->empty() ? std::move(picture) : nullptr;
 }
 
 void ImageFile::releaseImage() {
@@ -53,7 +62,28 @@ Result ImageFile::reload(const ImageLocator& locate) {
     }
     path_ = std::move(found);
     releaseImage();
+    const SummedImage* image = findImage(path_);
+    setThumbnail(image != nullptr ? std::make_unique<twPicture>(pictureOf(*image)) : nullptr);
     return kSuccess;
+}
+
+Result ImageFile::readSize(SceneStream& stream, Persistent& self) {
+    return readThumbnailSize(stream, imageFile(self).incoming_);
+}
+
+Result ImageFile::readPixels(SceneStream& stream, Persistent& self) {
+    return imageFile(self).adoptPixels(stream, ThumbnailForm::kText);
+}
+
+Result ImageFile::readBinaryPixels(SceneStream& stream, Persistent& self) {
+    return imageFile(self).adoptPixels(stream, ThumbnailForm::kBinary);
+}
+
+Result ImageFile::adoptPixels(SceneStream& stream, ThumbnailForm form) {
+    std::unique_ptr<twPicture> picture = std::move(incoming_);
+    const Result result = readThumbnail(stream, picture.get(), form, gFileFromOtherPlatform);
+    setThumbnail(result == kSuccess ? std::move(picture) : nullptr);
+    return result;
 }
 
 const CommandRegistry& ImageFile::commandRegistry() const {
@@ -61,6 +91,9 @@ const CommandRegistry& ImageFile::commandRegistry() const {
         Commands() : CommandRegistry(16) {
             registerMemberCommands(*this);
             lookupOrInsert("image", readImage);
+            lookupOrInsert("ThumbnailSize", readSize);
+            lookupOrInsert("Thumbnail", readPixels);
+            lookupOrInsert("BinaryThumbnail", readBinaryPixels);
         }
     };
     static const Commands commands;
@@ -68,7 +101,13 @@ const CommandRegistry& ImageFile::commandRegistry() const {
 }
 
 Result ImageFile::writeBody(SceneStream& stream) {
-    const bool failed = SceneMember::writeBody(stream) || stream.putText("image", path_);
+    // Rows too long for text still fit as bytes: a large thumbnail must not cost the save.
+    const bool fitsText =
+        thumbnail_ && static_cast<std::size_t>(thumbnail_->width()) * 6 <= kThumbnailRowLimit;
+    const auto form =
+        gSaveThumbnailsAscii && fitsText ? ThumbnailForm::kText : ThumbnailForm::kBinary;
+    const bool failed = SceneMember::writeBody(stream) || stream.putText("image", path_) ||
+                        (thumbnail_ && writeThumbnail(stream, *thumbnail_, form));
     return failed ? kFailure : kSuccess;
 }
 

@@ -9,8 +9,11 @@
 #include <string_view>
 
 #include "scene/SceneMember.h"
+#include "toolkit/twPicture.h"
 
 namespace orvin {
+
+enum class ThumbnailForm;
 
 /// Asked for a picture that isn't where it was: the path where it is, or nothing.
 using ImageLocator = std::function<std::optional<std::string>(const std::string& path)>;
@@ -29,6 +32,11 @@ class ImageFile final : public SceneMember {
     const std::string& path() const { return path_; }
     void setPath(std::string_view path);
 
+    /// Null for none.
+    const twPicture* thumbnail() const { return thumbnail_.get(); }
+    /// A picture without width, height or pixels counts as none.
+    void setThumbnail(std::unique_ptr<twPicture> picture);
+
     /// Drops the cached pixels and finds the file: where the path says, else where `locate` says
     /// (an empty function finds nothing). The path found is kept and a thumbnail made of what it
     /// holds; a file in a format that can't be read has none. -1 where nothing was found; path and
@@ -39,7 +47,14 @@ class ImageFile final : public SceneMember {
     void releaseImage();
 
   private:
+    static Result readSize(SceneStream& stream, Persistent& self);
+    static Result readPixels(SceneStream& stream, Persistent& self);
+    static Result readBinaryPixels(SceneStream& stream, Persistent& self);
+    Result adoptPixels(SceneStream& stream, ThumbnailForm form);
+
     std::string path_;
+    std::unique_ptr<twPicture> thumbnail_;
+    std::unique_ptr<twPicture> incoming_;  // while reading, from its size to its pixels
 };
 
 /// Reloads every image file of the scene. -1 where any wasn't found; the others are done all the

@@ -4,6 +4,7 @@
 #include "render/LightX.h"
 #include "render/MaterialX.h"
 #include "render/RenderClasses.h"
+#include "scene/FileFlags.h"
 #include "scene/MemoryStream.h"
 #include "scene/SceneX.h"
 
@@ -282,6 +283,42 @@ TEST(AppearanceStream, MapsAndFilesAreWrittenLineByLine) {
     EXPECT_EQ(load(late, "image \"" + std::string(500, 'x') + "\""), kSuccess);
     EXPECT_EQ(late.path().size(), ImageFile::kPathLimit);
     EXPECT_EQ(copy.imageFile(), &late);
+}
+
+TEST(AppearanceStream, ImageFileCarriesItsThumbnail) {
+    SceneX scene;
+    ImageFile file(scene, "f");
+    file.setPath("a.tga");
+    file.setThumbnail(std::make_unique<twPicture>());
+    EXPECT_EQ(file.thumbnail(), nullptr);
+    auto picture = std::make_unique<twPicture>(2, 1);
+    picture->writeRgbRow(0, std::array<std::uint8_t, 6>{255, 1, 2, 3, 4, 160});
+    file.setThumbnail(std::move(picture));
+    const auto pixels = [](const ImageFile& from) {
+        std::array<std::uint8_t, 6> row{};
+        if (from.thumbnail() != nullptr) from.thumbnail()->readRgbRow(0, row);
+        return row;
+    };
+    for (const bool ascii : {true, false}) {
+        const FlagScope form(gSaveThumbnailsAscii, ascii);
+        const std::string text = writtenFrom(file, "image");
+        if (ascii) {
+            EXPECT_EQ(text,
+                      " image \"a.tga\"\n ThumbnailSize 2 1\n Thumbnail\n ff01020304a0\n"
+                      "end ImageFile\n");
+        }
+        SceneX other;
+        ImageFile copy(other, "g");
+        MemoryStream stream(nullptr, text);
+        EXPECT_EQ(loadBlock(stream, copy), kSuccess);
+        EXPECT_EQ(pixels(copy), pixels(file));
+        EXPECT_EQ(pixels(ImageFile(other, copy, "h")), pixels(file));
+    }
+    file.setThumbnail(std::make_unique<twPicture>(700, 1));
+    const FlagScope ascii(gSaveThumbnailsAscii, true);
+    EXPECT_NE(written(file).find("BinaryThumbnail"), std::string::npos);
+    EXPECT_EQ(load(file, "Thumbnail 00"), kFailure);  // without a size
+    EXPECT_EQ(load(file, "ThumbnailSize 0 5"), kSuccess);
 }
 
 TEST(AppearanceStream, SceneMakesAndCopiesAllClasses) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -198,10 +199,11 @@ TEST(ImageFiles, AreLocatedOneByOne) {
     std::filesystem::create_directories(folder);
     const std::string here = (folder / "here.tga").string();
     const std::string moved = (folder / "moved.tga").string();
-    // 2 x 2 uncompressed, 24 bits, blue-green-red.
+    // 2 x 2 uncompressed, 24 bits, blue-green-red: a red row below a green one.
     std::vector<char> bytes{0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 0, 2, 0, 24, 0};
-    for (int i = 0; i < 4; ++i)
-        bytes.insert(bytes.end(), {0, 0, static_cast<char>(0xff)});
+    const char full = static_cast<char>(0xff);
+    for (const char byte : {'\0', '\0', full, '\0', '\0', full, '\0', full, '\0', '\0', full, '\0'})
+        bytes.push_back(byte);
     for (const std::string& path : {here, moved})
         std::ofstream(path, std::ios::binary).write(bytes.data(), std::ssize(bytes));
 
@@ -226,27 +228,34 @@ TEST(ImageFiles, AreLocatedOneByOne) {
     EXPECT_EQ(gone.path(), "/nowhere/gone.tga");
     EXPECT_EQ(found.path(), moved);
     EXPECT_EQ(present.path(), here);
+    EXPECT_EQ(gone.thumbnail(), nullptr);
+    ASSERT_NE(found.thumbnail(), nullptr);
+    EXPECT_EQ(found.thumbnail()->width(), 37);
+    EXPECT_EQ(found.thumbnail()->height(), 32);
+    std::array<std::uint8_t, 37 * 3> row{};
+    EXPECT_TRUE(found.thumbnail()->readRgbRow(0, row));  // the upper half of the file, green
+    EXPECT_EQ(row[0], 0);
+    EXPECT_EQ(row[37 * 3 - 2], 255);
+    EXPECT_TRUE(found.thumbnail()->readRgbRow(31, row));
+    EXPECT_EQ(row[0], 255);
 
     ImageMap map(scene, "map");
     map.setImageFile("found");
     bool hit = false;
     Rgba color;
-    EXPECT_EQ(map.colorAt({0, 0, 1, 1}, hit, color), kSuccess);
+    const TextureBox lower{0, 0, 1, 0};
+    EXPECT_EQ(map.colorAt(lower, hit, color), kSuccess);
     EXPECT_EQ(color, (Rgba{1, 0, 0, 1}));
     // A changed file is seen after its release, not before.
-    bytes.back() = 0;
-    for (std::size_t i = 18; i < bytes.size(); i += 3) {
-        bytes[i] = static_cast<char>(0xff);
-        bytes[i + 2] = 0;
-    }
+    std::fill(bytes.begin() + 18, bytes.end(), full);
     std::ofstream(moved, std::ios::binary).write(bytes.data(), std::ssize(bytes));
-    map.colorAt({0, 0, 1, 1}, hit, color);
+    map.colorAt(lower, hit, color);
     EXPECT_EQ(color, (Rgba{1, 0, 0, 1}));
     MaterialX material(scene, "m");
     material.setMap(MapUse::kReflection, "map");
     material.releaseImages();
-    map.colorAt({0, 0, 1, 1}, hit, color);
-    EXPECT_EQ(color, (Rgba{0, 0, 1, 1}));
+    map.colorAt(lower, hit, color);
+    EXPECT_EQ(color, (Rgba{1, 1, 1, 1}));
     releaseAllImages();
     std::filesystem::remove_all(folder);
 }

@@ -1,0 +1,8 @@
+#include "scene/FileFlags.h"
+
+namespace orvin {
+
+bool gFileFromOtherPlatform = false;
+bool gSaveThumbnailsAscii = false;
+
+}  // namespace orvin
