@@ -91,21 +91,31 @@ LightX::LightX(SceneX& scene, std::string_view name)
       cosOuter_(std::cos(kDefaultOuter)) {}
 
 LightX::LightX(SceneX& scene, const LightX& source, std::string_view name)
-    : CameraX(scene, source, name),
-      type_(source.type_),
-      lightFlags_(source.lightFlags_),
-      color_(source.color_),
-      intensity_(source.intensity_),
-      falloff_(source.falloff_),
-      falloffDistance_(source.falloffDistance_),
-      cosInner_(source.cosInner_),
-      cosOuter_(source.cosOuter_),
-      direction_(source.direction_),
-      origin_(source.origin_),
-      softness_(source.softness_),
-      darkness_(source.darkness_),
-      xres_(source.xres_),
-      yres_(source.yres_) {}
+    : CameraX(scene, source, name), cosInner_(source.cosInner_), cosOuter_(source.cosOuter_) {
+    copySettingsFrom(source);
+}
+
+void LightX::copyLightFrom(const LightX& other) {
+    copyCameraFrom(other);
+    copySettingsFrom(other);
+}
+
+void LightX::copySettingsFrom(const LightX& other) {
+    type_ = other.type_;
+    lightFlags_ = other.lightFlags_;
+    color_ = other.color_;
+    intensity_ = other.intensity_;
+    falloff_ = other.falloff_;
+    falloffDistance_ = other.falloffDistance_;
+    cosInner_ = other.cosInner_;
+    cosOuter_ = other.cosOuter_;
+    direction_ = other.direction_;
+    origin_ = other.origin_;
+    softness_ = other.softness_;
+    darkness_ = other.darkness_;
+    xres_ = other.xres_;
+    yres_ = other.yres_;
+}
 
 void LightX::setType(LightType type) {
     if (static_cast<int>(type) >= 0 && static_cast<int>(type) <= 3) type_ = type;

@@ -29,6 +29,9 @@ class LightX final : public CameraX {
     /// All settings, in the same pose under the scene's root; never the shadow map.
     LightX(SceneX& scene, const LightX& source, std::string_view name);
 
+    /// Everything but the name, the parent and the shadow map.
+    void copyLightFrom(const LightX& other);
+
     const CommandRegistry& commandRegistry() const override;
     std::string_view className() const override { return "LightX"; }
     Result writeBody(SceneStream& stream) override;
@@ -103,6 +106,8 @@ class LightX final : public CameraX {
     double shadowFactor(Vec3 point) const;
 
   private:
+    void copySettingsFrom(const LightX& other);
+
     static constexpr std::uint32_t kShadowOn = 1;
 
     /// A light right at the point: more than any picture can show, and still a finite number, so

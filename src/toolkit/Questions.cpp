@@ -19,6 +19,10 @@ void say(std::string_view text) {
 
 }  // namespace
 
+int Questions::choose(std::string_view, std::span<const std::string_view>, int unattended) {
+    return unattended;
+}
+
 void HeadlessQuestions::showMessage(std::string_view text, bool) {
     say(text);
 }

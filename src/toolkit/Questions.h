@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -19,6 +20,11 @@ class Questions {
     /// A choice among up to three buttons (last one cautious); returns the button's index.
     virtual int ask(std::string_view text, std::string_view first, std::string_view second,
                     std::string_view third) = 0;
+
+    /// A choice among any number of buttons; returns the button's index. Where there is no user to
+    /// ask, `unattended` is the answer that lets the work go on: this is what the base gives.
+    virtual int choose(std::string_view title, std::span<const std::string_view> buttons,
+                       int unattended);
 
     /// A file to open; nothing when the user cancels. `pattern` like "*.twp", several divided by
     /// ";".
