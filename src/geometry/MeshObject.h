@@ -103,7 +103,7 @@ class MeshObject : public TransformMember {
   protected:
     // What has to be made anew.
     static constexpr unsigned kRebuild = 1;     // the mesh itself
-    static constexpr unsigned kBoxStale = 2;    // box and tangents
+    static constexpr unsigned kBoxStale = 2;    // box
     static constexpr unsigned kWorldStale = 8;  // world-space lists
     static constexpr unsigned kBuiltForRender = 16;
 
@@ -131,6 +131,7 @@ class MeshObject : public TransformMember {
   private:
     void refreshBox();
     void refreshWorldLists();
+    void refreshTangents();
 
     double hardShadingAngle_;
     Mapping mapping_;

@@ -22,7 +22,8 @@ ModelFileType modelFileTypeOf(std::string_view word);
 class ObjectP final : public MeshObject {
   public:
     static constexpr int kMaterialCount = 6;
-    static constexpr std::size_t kOriginalNameLimit = 259;  // bytes
+    static constexpr std::size_t kFileNameLimit = 1023;     // bytes; longer ones are cut
+    static constexpr std::size_t kOriginalNameLimit = 259;  // likewise
 
     ObjectP(SceneX& scene, std::string_view name);
     ObjectP(SceneX& scene, const ObjectP& source, std::string_view name);
@@ -34,7 +35,7 @@ class ObjectP final : public MeshObject {
 
     /// The model file that the mesh came from.
     const std::string& fileName() const { return fileName_; }
-    void setFileName(std::string_view path) { fileName_ = path; }
+    void setFileName(std::string_view path) { fileName_ = path.substr(0, kFileNameLimit); }
     ModelFileType fileType() const { return fileType_; }
     void setFileType(ModelFileType type) { fileType_ = type; }
     /// What the object was called in that file.
@@ -72,6 +73,7 @@ class ObjectP final : public MeshObject {
 
   private:
     struct Commands;
+    void dataChanged();
 
     std::string fileName_;
     ModelFileType fileType_ = ModelFileType::kObj;
