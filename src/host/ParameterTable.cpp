@@ -16,7 +16,11 @@ class TableBuilder {
     void endGroup(int id) {
         if (host_.hasGroups) add(ParameterKind::kGroupEnd, id, {});
     }
-    void checkbox(int id, const char* label) { add(ParameterKind::kCheckbox, id, {}).text = label; }
+    void checkbox(int id, const char* label, bool animated) {
+        ParameterEntry& entry = add(ParameterKind::kCheckbox, id, {});
+        entry.text = label;
+        entry.animated = animated;
+    }
     void slider(int id, std::string name, double initial, double valid, double slider) {
         range(id, std::move(name), initial, -valid, valid, -slider, slider);
     }
@@ -108,8 +112,8 @@ std::vector<ParameterEntry> parameterTable(HostGeneration host) {
     TableBuilder t(host);
     t.add(ParameterKind::kPanel, 1, "Scene Preview");
     if (host.hasCompLinks) {
-        t.checkbox(123, "Use Comp Camera");
-        t.checkbox(124, "Use Comp Lights");
+        t.checkbox(123, "Use Comp Camera", false);
+        t.checkbox(124, "Use Comp Lights", false);
     }
     addCamera(t);
     addLights(t);
@@ -118,7 +122,7 @@ std::vector<ParameterEntry> parameterTable(HostGeneration host) {
     for (int n = 1; n <= param::kLayerMapCount; ++n)
         t.add(ParameterKind::kLayer, 109 + n, "Layer Map " + std::to_string(n));
     t.endGroup(120);
-    t.checkbox(121, "Composite On Original");
+    t.checkbox(121, "Composite On Original", true);
     return t.take();
 }
 

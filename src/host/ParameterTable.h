@@ -71,6 +71,7 @@ struct ParameterEntry {
     double sliderMin = 0.0;
     double sliderMax = 0.0;
     std::array<std::uint8_t, 3> color{};  // red, green, blue
+    bool animated = true;                 // false for what has one value for the whole layer
 };
 
 /// Names by which the host's generation is told.

@@ -1,0 +1,105 @@
+// One frame into the host's output world.
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <vector>
+
+#include "host/FrameServices.h"
+#include "host/HostProgress.h"
+#include "host/LayerMaps.h"
+#include "host/OrvinApp.h"
+#include "host/ParamValues.h"
+#include "host/PixelCopy.h"
+#include "render/SoftwareRenderer.h"
+#include "render/image/ImageCache.h"
+
+namespace orvin {
+
+namespace {
+
+static_assert(sizeof(HostPixel) == sizeof(PF_Pixel));
+
+double ratio(const PF_RationalScale& scale) {
+    return scale.num > 0 && scale.den > 0 ? static_cast<double>(scale.num) / scale.den : 1.0;
+}
+
+/// The layers of a frame go back when it is over, however it ends.
+struct LayerLoan {
+    LayerLoan() { clearLayerImages(); }
+    ~LayerLoan() { clearLayerImages(); }
+    LayerLoan(const LayerLoan&) = delete;
+    LayerLoan& operator=(const LayerLoan&) = delete;
+};
+
+RenderParams frameParams(const RenderState& state, const PF_InData& in,
+                         const PF_EffectWorld& output) {
+    RenderParams params = state.params;
+    params.width = output.width;
+    params.height = output.height;
+    // A preview that leaves out more columns than rows has pixels that are wider by as much.
+    const double aspect =
+        ratio(in.pixel_aspect_ratio) * ratio(in.downsample_y) / ratio(in.downsample_x);
+    params.pixelAspect = static_cast<float>(aspect);
+    return params;
+}
+
+bool wantsOpenGl(const RenderState& state) {
+    return state.renderMethod >= 2 && state.renderMethod <= 4;
+}
+
+void copyToWorld(const ImageBuffer& picture, const PF_LayerDef& input, PF_EffectWorld& output,
+                 const CopyRule& rule) {
+    const int width = std::min(output.width, picture.width());
+    const int height = std::min(output.height, picture.height());
+    std::vector<std::uint8_t> rendered(picture.rowBytes());
+    std::vector<HostPixel> original(static_cast<std::size_t>(width));
+    for (int y = height - 1; y >= 0; --y) {
+        // Renderer rows count from the bottom, the host's from the top.
+        picture.readRow(picture.height() - 1 - y, std::span<std::uint8_t>(rendered));
+        std::fill(original.begin(), original.end(), HostPixel{});
+        if (rule.compositeOnOriginal && input.data != nullptr && y < input.height) {
+            const auto* row = reinterpret_cast<const HostPixel*>(worldRow(input, y));
+            std::copy_n(row, std::min(width, input.width), original.begin());
+        }
+        auto* out = reinterpret_cast<HostPixel*>(worldRow(output, y));
+        copyRow(rendered, original, {out, static_cast<std::size_t>(width)}, rule);
+    }
+}
+
+}  // namespace
+
+PF_Err renderFrame(OrvinApp& app, PF_InData& in, PF_OutData&, ParamArray params,
+                   PF_EffectWorld& output) {
+    SceneX* const scene = app.scene();
+    if (scene == nullptr || params == nullptr || output.width <= 0 || output.height <= 0)
+        return PF_Err_NONE;
+    const RenderState& state = app.renderState();
+    const HostProgress progress(in);
+    const LayerLoan loan;
+    if (const PF_Err error = fillLayerMaps(in, *scene); error != PF_Err_NONE) return error;
+
+    RenderParams frame = frameParams(state, in, output);
+    const bool draft = in.quality < PF_Quality_HI;
+    if (draft || wantsOpenGl(state)) {
+        // Drafts and the OpenGL methods are drawn by the software renderer until there is an OpenGL
+        // one, and the log says so. A draft must be quick: one sample a pixel.
+        std::fprintf(stderr, "OpenGL is not available: using the Orvinex Renderer.\n");
+        if (draft) frame.setAntiAliasLevel(1);
+    }
+    const auto picture = renderSoftware(*scene, frame);
+    if (!picture) {
+        if (progress.stopped() == PF_Err_NONE) throw std::bad_alloc();
+        return progress.stopped();
+    }
+    if ((output.world_flags & PF_WorldFlag_WRITEABLE) == 0 || output.data == nullptr)
+        return progress.stopped();
+
+    CopyRule rule;
+    rule.compositeOnOriginal = checkboxValue(params, param::kCompositeOnOriginal);
+    rule.keepAlpha = state.keepsAlpha();
+    rule.background = state.viewer.background;
+    copyToWorld(*picture, params[param::kInput]->u.ld, output, rule);
+    return progress.stopped();
+}
+
+}  // namespace orvin
