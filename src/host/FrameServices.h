@@ -1,5 +1,5 @@
-// What the command table calls for parameters and frames. Parameters.cpp, PoseScene.cpp and
-// RenderFrame.cpp define it.
+// What the command table calls for parameters and frames: Parameters.cpp, SceneParameters.cpp,
+// PoseScene.cpp and RenderFrame.cpp.
 #pragma once
 
 #include "host/abi/InData.h"

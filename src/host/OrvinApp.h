@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "host/EffectPanel.h"
 #include "host/PushedScene.h"
@@ -99,6 +100,9 @@ class OrvinApp {
 
     bool useCompCamera = false;
     bool useCompLights = false;
+
+    /// The Layer Maps (1 to 10) that had a picture at the last frame: what menus offer.
+    std::vector<int> layerMaps;
 
     // ---- windows
 
