@@ -206,6 +206,8 @@ TEST(ImageCache, LayerImagesFallBackOnTheFirst) {
     EXPECT_EQ(value("|ExtMap1"), 9);
     releaseAllImages();
     EXPECT_EQ(value("|ExtMap0"), 9);
+    addLayerImage(kPlaceholderLayer, nullptr);
+    EXPECT_EQ(value("|ExtMap0"), -1);
 }
 
 }  // namespace

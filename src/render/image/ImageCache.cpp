@@ -69,15 +69,17 @@ void releaseAllImages() {
 }
 
 void addLayerImage(std::string_view name, std::unique_ptr<SummedImage> image) {
-    if (!image) return;
-    image->setPath(std::string(name));
     auto& list = cache().layers;
     const auto entry = find(list, name);
-    if (entry != list.end()) {
-        entry->image = std::move(image);
-    } else {
+    if (image) image->setPath(std::string(name));
+    if (entry == list.end()) {
+        if (!image) return;
         const auto place = name == kPlaceholderLayer ? list.begin() : list.end();
         list.insert(place, CachedImage{std::string(name), std::move(image)});
+    } else if (image) {
+        entry->image = std::move(image);
+    } else {
+        list.erase(entry);
     }
     ++cache().revision;
 }

@@ -27,8 +27,8 @@ const SummedImage* findImage(std::string_view path);
 void releaseImage(std::string_view path);
 void releaseAllImages();
 
-/// Adds a layer image under `name` in the place of one that had it. The placeholder always goes to
-/// the front of the list.
+/// Adds a layer image under `name` in the place of one that had it; null only takes that one out.
+/// The placeholder always goes to the front of the list.
 void addLayerImage(std::string_view name, std::unique_ptr<SummedImage> image);
 
 /// Drops the layer images of a frame; the placeholder stays.
