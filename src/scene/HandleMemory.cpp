@@ -1,17 +1,15 @@
 #include "scene/HandleMemory.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstring>
+#include <cstdlib>
 #include <limits>
-#include <new>
 
 namespace orvin {
 
 // The handle is the address of the first field.
 struct PlainHandleMemory::Block {
     void* data = nullptr;
-    std::unique_ptr<std::uint8_t[]> bytes;
+    std::unique_ptr<void, decltype(&std::free)> bytes{nullptr, std::free};
     std::size_t size = 0;
     int locks = 0;
 };
@@ -48,13 +46,12 @@ std::size_t PlainHandleMemory::size(Handle handle) {
 bool PlainHandleMemory::resize(Handle& handle, std::size_t size) {
     Block& resized = block(handle);
     if (resized.locks != 0 || size > largestBlock_) return false;
-    std::unique_ptr<std::uint8_t[]> bytes(new (std::nothrow)
-                                              std::uint8_t[std::max<std::size_t>(size, 1)]);
-    if (!bytes) return false;
-    if (resized.size > 0)
-        std::memcpy(bytes.get(), resized.bytes.get(), std::min(size, resized.size));
-    resized.bytes = std::move(bytes);
-    resized.data = resized.bytes.get();
+    // realloc moves large blocks without a copy: streams grow them often.
+    void* const bytes = std::realloc(resized.bytes.get(), std::max<std::size_t>(size, 1));
+    if (bytes == nullptr) return false;
+    static_cast<void>(resized.bytes.release());
+    resized.bytes.reset(bytes);
+    resized.data = bytes;
     resized.size = size;
     return true;
 }

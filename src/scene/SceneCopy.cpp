@@ -1,6 +1,7 @@
 // Copies of members from scene to scene, with what they refer to.
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 #include "scene/SceneX.h"
 
@@ -50,7 +51,10 @@ void SceneX::putInPlace(SceneMember& old, SceneMember& copy) {
     }
     auto& all = list(old.memberKind());
     const auto oldIndex = std::find(all.begin(), all.end(), &old) - all.begin();
-    std::replace(selection_.begin(), selection_.end(), &old, &copy);
+    if (std::exchange(old.selected_, false)) {
+        std::replace(selection_.begin(), selection_.end(), &old, &copy);
+        copy.selected_ = true;
+    }
     const std::string name = old.name();
     copy.protectedFromSweep = copy.protectedFromSweep || old.protectedFromSweep;
     destroy(old);

@@ -82,7 +82,8 @@ class SceneMember : public Persistent {
     NameRef name_;
     SceneX* scene_;
     MemberKind kind_;
-    bool listed_ = false;  // stands in its scene's list
+    bool listed_ = false;    // stands in its scene's list
+    bool selected_ = false;  // stands in its scene's selection
 };
 
 }  // namespace orvin

@@ -120,7 +120,7 @@ Result SceneStream::readDouble(double& value) {
 Result SceneStream::readFloat(float& value) {
     double wide = 0.0;
     if (readDouble(wide) != kSuccess) return kFailure;
-    constexpr double kLargest = std::numeric_limits<float>::max();
+    constexpr auto kLargest = static_cast<double>(std::numeric_limits<float>::max());
     if (std::abs(wide) > kLargest) wide = std::copysign(HUGE_VAL, wide);
     value = static_cast<float>(wide);
     return kSuccess;

@@ -85,7 +85,7 @@ SceneX::SceneX(std::string_view name) : root_(std::make_unique<Root>(*this)) {
 
 SceneX::~SceneX() {
     meshCache_.reset();
-    selection_.clear();
+    clearSelection();
     for (const MemberKind kind : kDestroyingOrder)
         while (!list(kind).empty())
             destroy(*list(kind).back());
@@ -127,7 +127,7 @@ void SceneX::addMember(SceneMember& member, MemberKind kind) {
 }
 
 void SceneX::removeMember(SceneMember& member, MemberKind kind) {
-    std::erase(selection_, &member);
+    deselect(member);
     if (kind == MemberKind::kRoot) return;
     const auto index = static_cast<std::size_t>(kind);
     if (index < kListCount) {
@@ -145,19 +145,30 @@ void SceneX::removeMember(SceneMember& member, MemberKind kind) {
 
 // ---- selection
 
-void SceneX::select(SceneMember* member) {
+void SceneX::clearSelection() {
+    for (SceneMember* member : selection_)
+        member->selected_ = false;
     selection_.clear();
+}
+
+void SceneX::deselect(SceneMember& member) {
+    if (std::exchange(member.selected_, false)) std::erase(selection_, &member);
+}
+
+void SceneX::select(SceneMember* member) {
+    clearSelection();
     addSelect(member);
 }
 
 void SceneX::toggleSelect(SceneMember& member) {
-    if (std::erase(selection_, &member) == 0) selection_.push_back(&member);
+    if (member.selected_)
+        deselect(member);
+    else
+        addSelect(&member);
 }
 
 void SceneX::addSelect(SceneMember* member) {
-    if (member == nullptr) return;
-    if (std::find(selection_.begin(), selection_.end(), member) == selection_.end())
-        selection_.push_back(member);
+    if (member != nullptr && !std::exchange(member->selected_, true)) selection_.push_back(member);
 }
 
 void SceneX::bringToFront(SceneMember& member) {
@@ -166,9 +177,10 @@ void SceneX::bringToFront(SceneMember& member) {
 }
 
 void SceneX::deleteSelected() {
-    const auto doomed = std::exchange(selection_, {});
-    for (SceneMember* member : doomed)
-        destroy(*member);
+    const auto doomed = selection_;
+    clearSelection();
+    for (auto member = doomed.rbegin(); member != doomed.rend(); ++member)
+        destroy(**member);
     if (undo_) undo_->membersDeleted();
 }
 
@@ -234,9 +246,10 @@ void SceneX::sweep(MemberKind kind) {
     const MemberList doomed(doomedFrom, all.end());
     all.erase(doomedFrom, all.end());
     for (SceneMember* member : doomed) {
-        std::erase(selection_, member);
         member->listed_ = false;
+        member->selected_ = false;
     }
+    std::erase_if(selection_, [](const SceneMember* m) { return !m->selected_; });
     for (auto member = doomed.rbegin(); member != doomed.rend(); ++member)
         destroy(**member);
 }

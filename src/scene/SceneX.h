@@ -127,7 +127,7 @@ class SceneX final : public Persistent {
     void select(SceneMember* member);        // the only one; null empties
     void toggleSelect(SceneMember& member);  // out if it is in, else to the end
     void addSelect(SceneMember* member);     // to the end; null or one that is in: nothing
-    void clearSelection() { selection_.clear(); }
+    void clearSelection();
     void bringToFront(SceneMember& member);  // a selected member comes first
     std::span<SceneMember* const> selection() const { return selection_; }
     void deleteSelected();
@@ -183,6 +183,7 @@ class SceneX final : public Persistent {
     using MemberList = std::vector<SceneMember*>;
 
     MemberList& list(MemberKind kind) { return lists_[static_cast<std::size_t>(kind)]; }
+    void deselect(SceneMember& member);
     void markFromProtected();
     void sweep(MemberKind kind);
     SceneMember* importOne(SceneMember& source, ImportPolicy& policy);
