@@ -1,0 +1,69 @@
+// FacePeeler: convex polygons from a welded shape, peeled off its loops one at a time.
+//
+// There is no triangulator and no pairing of holes with their outer loops: where a vertex of any
+// loop lies inside the piece that grows, a bridge is cut to it, which merges the loops, and peeling
+// starts over. The shape is used up.
+#pragma once
+
+#include <vector>
+
+#include "geometry/outline/PointGrid.h"
+#include "geometry/outline/PolyShape2.h"
+
+namespace orvin {
+
+class FacePeeler {
+  public:
+    static constexpr int kMaxSides = 256;
+
+    /// Takes the shape over and sorts its points into the grid, which then stays as it is: records
+    /// that bridges add later aren't in it.
+    explicit FacePeeler(PolyShape2 shape);
+
+    /// The next convex polygon as vertex ids (a piece may have fewer than 3). False when none is
+    /// left, or when a loop runs into a deleted record.
+    bool extractPolygon(std::vector<int>& ids, int maxSides = kMaxSides);
+
+    /// The next run of a loop as it stands, whatever its form: the way out of a bad outline. False
+    /// when no record is left.
+    bool extractLoop(std::vector<int>& ids, int maxSides = kMaxSides);
+
+    /// Runs to the end and calls emit(ids) for each cleaned polygon of 3 or more corners. On a
+    /// shape that keeps growing it stops at three times its records: a gap rather than an endless
+    /// loop.
+    template <typename Emit>
+    void forEachPolygon(Emit&& emit) {
+        const std::size_t limit = 3 * shape_.precs.size();
+        std::vector<int> ids;
+        while (shape_.precs.size() <= limit && next(ids))
+            if (ids.size() >= 3) emit(ids);
+    }
+
+    const PolyShape2& shape() const { return shape_; }
+
+  private:
+    enum class Walk { kPiece, kBridged, kBroken };
+
+    bool next(std::vector<int>& ids);
+    void clean(std::vector<int>& ids) const;
+    Walk walk(int start, int maxSides);
+    int blockingRecord(Vec2 v0, Vec2 previous, Vec2 newest);
+    void bridge(int a, int b);
+    void remove(int prec);
+    void take(std::vector<int>& ids);
+    Prec& prec(int i) { return shape_.precs[static_cast<std::size_t>(i)]; }
+
+    PolyShape2 shape_;
+    PointGrid grid_;
+    std::vector<int> gridPrecs_;  // record of each grid point
+    std::vector<int> previous_;   // the record before each record
+    int firstLive_ = 0;           // no live record stands before it
+    int resume_ = -1;             // where extractLoop stopped
+
+    // The piece under construction.
+    std::vector<int> polygon_;
+    std::vector<Line2> edges_;
+    Box2 box_;
+};
+
+}  // namespace orvin
