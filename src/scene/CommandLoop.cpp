@@ -140,7 +140,7 @@ Result endCommand(SceneStream& stream, Persistent& self) {
     return kSuccess;
 }
 
-Result loadBlock(SceneStream& stream, Persistent& receiver) {
+Result loadBlock(SceneStream& stream, Persistent& receiver, std::size_t* openBlocks) {
     const std::size_t depth = stream.depth();
     stream.push(receiver);
     Result result = kSuccess;
@@ -151,6 +151,7 @@ Result loadBlock(SceneStream& stream, Persistent& receiver) {
         // A text that was shown isn't shown again by the loop around this one.
         if (result == kSuccess) setSceneErrorText({});
     }
+    if (openBlocks != nullptr) *openBlocks = stream.depth() - std::min(depth, stream.depth());
     stream.unwind(depth);
     return result == kEndOfInput ? kSuccess : result;
 }

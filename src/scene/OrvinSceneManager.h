@@ -60,6 +60,9 @@ class OrvinSceneManager final : public Persistent {
     /// refreshAfterLoad(true).
     Result newProject(const std::filesystem::path& path, bool refresh);
 
+    /// Starts a new project with the default scene, startup project or not. Nobody is refreshed.
+    void startDefaultProject();
+
     /// Opens the project at `path` and nothing else: -1 where it can't be opened, read, or has no
     /// camera "dflt_cam". What was read by then is left in the scenes.
     Result openProject(const std::filesystem::path& path, bool locateImages);
@@ -109,11 +112,10 @@ class OrvinSceneManager final : public Persistent {
     friend struct ProjectCommands;
 
     void startScenes(std::unique_ptr<SceneX> mainScene);
-    void buildDefaultProject();
     std::string nextUntitledName();
-    bool isComplete() const;
-    void adoptReadProject();
-    Result writeFile(const std::filesystem::path& path, bool withObjects);
+    Result checkRead();
+    void dropUnused();
+    Result writeFile(const std::filesystem::path& path);
     Result writeSettings(SceneStream& stream);
 
     OrvinPreferences& preferences_;
@@ -125,6 +127,7 @@ class OrvinSceneManager final : public Persistent {
     std::filesystem::path projectPath_;
     std::filesystem::path dataFolder_;
     std::string failure_;
+    bool cutShort_ = false;  // the input of the present read ended within a block
 };
 
 }  // namespace orvin

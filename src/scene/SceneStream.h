@@ -136,7 +136,8 @@ void setSceneErrorText(std::string_view text);
 bool isExpectedRecovery();
 
 /// Pushes `receiver` and serves commands until its block (or the input) ends. Error texts that
-/// matter go to questions().showMessage. The end of the input is success.
-Result loadBlock(SceneStream& stream, Persistent& receiver);
+/// matter go to questions().showMessage. The end of the input is success; `openBlocks` then tells
+/// how many blocks, the receiver's included, had no end by then.
+Result loadBlock(SceneStream& stream, Persistent& receiver, std::size_t* openBlocks = nullptr);
 
 }  // namespace orvin

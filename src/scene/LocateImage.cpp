@@ -1,0 +1,49 @@
+#include "scene/LocateImage.h"
+
+#include <filesystem>
+#include <string_view>
+
+#include "toolkit/Questions.h"
+#include "toolkit/platform/Platform.h"
+
+namespace orvin {
+
+std::string gLastImageFolder;
+
+namespace {
+
+constexpr std::size_t kFolderLimit = 259;
+constexpr std::string_view kImagePattern = "*.rgba;*.rgb;*.sgi;*.tga;*.targa";
+
+std::string_view fileNameOf(std::string_view path) {
+    const std::size_t divider = path.find_last_of("/\\:");
+    return divider == std::string_view::npos ? path : path.substr(divider + 1);
+}
+
+}  // namespace
+
+std::optional<std::string> locateImage(const std::string& path) {
+    const std::filesystem::path module = platform::moduleFolder();
+    const std::string_view name = fileNameOf(path);
+    const std::filesystem::path folders[] = {gLastImageFolder, module / "Tarnwick Environments",
+                                             module / "Tarnwick Maps"};
+    for (const auto& folder : folders) {
+        if (folder.empty() || name.empty()) continue;
+        try {
+            const auto candidate = folder / name;
+            if (std::filesystem::is_regular_file(candidate)) return candidate.string();
+        } catch (const std::filesystem::filesystem_error&) {
+            continue;  // a name that this platform can't even spell, or a folder out of reach
+        }
+    }
+    const auto picked = questions().openFile("Please locate image: " + path, kImagePattern);
+    if (!picked) {
+        questions().showMessage("Unable to open image: " + path, false);
+        return std::nullopt;
+    }
+    const std::string folder = picked->parent_path().string();
+    if (folder.size() <= kFolderLimit) gLastImageFolder = folder;
+    return picked->string();
+}
+
+}  // namespace orvin
