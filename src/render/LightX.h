@@ -95,12 +95,23 @@ class LightX final : public CameraX {
     /// Intensity at a world point by the falloff alone; infinite for INVERSE_SQUARE at the light.
     double attenuation(Vec3 point) const;
 
+    /// What arrives at a point, for shaders that ask for both terms.
+    struct Incidence {
+        Vec3 toLight;           // unit
+        double strength = 0.0;  // by falloff and cone; positive
+    };
+    /// False where no light arrives; `out` then means nothing.
+    bool incidence(Vec3 point, Incidence& out) const;
+
     /// Strength of the diffuse term at a world point with unit normal; never negative or NaN.
     double diffuse(Vec3 point, Vec3 normal) const;
+    static double diffuseTerm(const Incidence& light, Vec3 normal);
 
     /// Colour of the highlight at a world point, alpha included; all zero where there is none. Not
     /// cut where the light stands behind the surface.
     Rgba specular(Vec3 eye, Vec3 point, Vec3 normal, double exponent) const;
+    /// The same from unit vectors to the eye and along the normal.
+    Rgba specularTerm(const Incidence& light, Vec3 toEye, Vec3 normal, double exponent) const;
 
     /// 1 in full light. 1 without a map; 0 for points outside the map.
     double shadowFactor(Vec3 point) const;
@@ -113,9 +124,6 @@ class LightX final : public CameraX {
     /// A light right at the point: more than any picture can show, and still a finite number, so
     /// that a colour of 0 times it is 0.
     static constexpr double kBlinding = 1e30;
-
-    /// Unit vector to the light and its strength there, cone included; false where it is 0.
-    bool illuminate(Vec3 point, Vec3& toLight, double& strength) const;
 
     LightType type_ = LightType::kPoint;
     std::uint32_t lightFlags_ = 0;
@@ -154,48 +162,54 @@ inline double LightX::attenuation(Vec3 point) const {
     }
 }
 
-inline bool LightX::illuminate(Vec3 point, Vec3& toLight, double& strength) const {
-    strength = attenuation(point);
-    if (!(strength > 0.0)) return false;
-    strength = std::min(strength, kBlinding);
+inline bool LightX::incidence(Vec3 point, Incidence& out) const {
+    out.strength = attenuation(point);
+    if (!(out.strength > 0.0)) return false;
+    out.strength = std::min(out.strength, kBlinding);
     if (type_ == LightType::kDirectional) {
-        toLight = direction_;
+        out.toLight = direction_;
         return true;
     }
-    toLight = normalize(origin_ - point);
+    out.toLight = normalize(origin_ - point);
     if (type_ != LightType::kSpot) return true;
-    const double c = dot(toLight, direction_);
+    const double c = dot(out.toLight, direction_);
     if (c < cosOuter_) return false;
     if (c < cosInner_) {
         const double t = 1.0 - (c - cosInner_) / (cosOuter_ - cosInner_);
-        strength *= t * t * (3.0 - 2.0 * t);
+        out.strength *= t * t * (3.0 - 2.0 * t);
     }
-    return strength > 0.0;
+    return out.strength > 0.0;
+}
+
+inline double LightX::diffuseTerm(const Incidence& light, Vec3 normal) {
+    const double cosine = dot(light.toLight, normal);
+    return cosine > 0.0 ? light.strength * cosine : 0.0;
 }
 
 inline double LightX::diffuse(Vec3 point, Vec3 normal) const {
-    Vec3 toLight;
-    double strength = 0.0;
-    if (!illuminate(point, toLight, strength)) return 0.0;
-    const double cosine = dot(toLight, normal);
-    return cosine > 0.0 ? strength * cosine : 0.0;
+    Incidence light;
+    return incidence(point, light) ? diffuseTerm(light, normal) : 0.0;
 }
 
-inline Rgba LightX::specular(Vec3 eye, Vec3 point, Vec3 normal, double exponent) const {
+inline Rgba LightX::specularTerm(const Incidence& light, Vec3 toEye, Vec3 normal,
+                                 double exponent) const {
     Rgba result{};
-    Vec3 toLight;
-    double strength = 0.0;
-    if (!illuminate(point, toLight, strength)) return result;
-    const Vec3 halfway = normalize(toLight + normalize(eye - point));
-    const double t = dot(halfway, normalize(normal));
+    const Vec3 halfway = normalize(light.toLight + toEye);
+    const double t = dot(halfway, normal);
     if (!(t > 0.0)) return result;
     // Schlick's rational stand-in for pow(t, exponent).
     const double divisor = exponent - t * exponent + t;
     if (!(divisor > 0.0)) return result;
-    const double value = std::min(strength * t / divisor, kBlinding);
+    const double value = std::min(light.strength * t / divisor, kBlinding);
     for (std::size_t i = 0; i < 4; ++i)
         result[i] = static_cast<float>(static_cast<double>(color_[i]) * value);
     return result;
+}
+
+inline Rgba LightX::specular(Vec3 eye, Vec3 point, Vec3 normal, double exponent) const {
+    Incidence light;
+    if (!incidence(point, light)) return {};
+    return specularTerm(light, normalize(eye - point), normalize(normal), exponent);
 }
 
 inline double LightX::shadowFactor(Vec3 point) const {

@@ -5,7 +5,7 @@ namespace orvin {
 // Layers are worked through without recursion, as a scene decides how many there are. Groups of a
 // layer have no subpixel in common, so one array holds the fronts of all that is still to do.
 bool PixelTree::build(const VisibilityTile& tile, int pixelX, int pixelY) {
-    n_ = tile.subpixels();
+    setGrid(tile.subpixels());
     x0_ = pixelX * n_;
     y0_ = pixelY * n_;
     nodes_.clear();
@@ -25,7 +25,8 @@ bool PixelTree::build(const VisibilityTile& tile, int pixelX, int pixelY) {
     }
     if (filled == 0) return false;
     if (oneOpaque && filled == whole) {
-        addNode(tile, first.triangle(), whole);
+        const int sum = n_ * n_ * (n_ - 1) / 2;
+        addNode(tile, first.triangle(), {n_ * n_, sum, sum});
         return true;
     }
 
@@ -38,18 +39,21 @@ bool PixelTree::build(const VisibilityTile& tile, int pixelX, int pixelY) {
         while (rest != 0) {
             const std::uint32_t triangle =
                 samples_[static_cast<std::size_t>(std::countr_zero(rest))]->triangle();
-            std::uint32_t group = 0;
+            Group group;
+            std::uint32_t grouped = 0;
             std::uint32_t hidden = 0;
             for (std::uint32_t todo = rest; todo != 0; todo &= todo - 1) {
-                const std::uint32_t bit = todo & (~todo + 1);
-                const SampleNode*& sample =
-                    samples_[static_cast<std::size_t>(std::countr_zero(todo))];
+                const auto subpixel = static_cast<std::size_t>(std::countr_zero(todo));
+                const SampleNode*& sample = samples_[subpixel];
                 if (sample->triangle() != triangle) continue;
-                group |= bit;
+                ++group.count;
+                group.columns += columns_[subpixel];
+                group.rows += rows_[subpixel];
+                grouped |= 1U << subpixel;
                 sample = tile.behind(*sample);
-                if (sample != nullptr) hidden |= bit;
+                if (sample != nullptr) hidden |= 1U << subpixel;
             }
-            rest &= ~group;
+            rest &= ~grouped;
             const std::uint32_t node = addNode(tile, triangle, group);
             if (previous != PixelNode::kNone)
                 nodes_[previous].others = node;
@@ -62,22 +66,23 @@ bool PixelTree::build(const VisibilityTile& tile, int pixelX, int pixelY) {
     return true;
 }
 
-std::uint32_t PixelTree::addNode(const VisibilityTile& tile, std::uint32_t triangle,
-                                 std::uint32_t mask) {
-    int columns = 0;
-    int rows = 0;
-    const int count = std::popcount(mask);
-    for (std::uint32_t todo = mask; todo != 0; todo &= todo - 1) {
-        const int slot = std::countr_zero(todo);
-        columns += slot % n_;
-        rows += slot / n_;
+void PixelTree::setGrid(int side) {
+    if (side == n_) return;
+    n_ = side;
+    for (int i = 0; i < side * side; ++i) {
+        columns_[static_cast<std::size_t>(i)] = i % side;
+        rows_[static_cast<std::size_t>(i)] = i / side;
     }
-    const double cx = static_cast<double>(columns) / count + x0_ + 0.5;
-    const double cy = static_cast<double>(rows) / count + y0_ + 0.5;
+}
+
+std::uint32_t PixelTree::addNode(const VisibilityTile& tile, std::uint32_t triangle,
+                                 const Group& group) {
+    const double cx = static_cast<double>(group.columns) / group.count + x0_ + 0.5;
+    const double cy = static_cast<double>(group.rows) / group.count + y0_ + 0.5;
     const Barycentric at = barycentricAt(tile.triangle(triangle), tile.perspective(), cx, cy);
     PixelNode node;
     node.triangle = triangle;
-    node.coverage = static_cast<float>(count) / static_cast<float>(n_ * n_);
+    node.coverage = static_cast<float>(group.count) / static_cast<float>(n_ * n_);
     node.u = static_cast<float>(at.u);
     node.v = static_cast<float>(at.v);
     nodes_.push_back(node);

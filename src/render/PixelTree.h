@@ -61,11 +61,22 @@ class PixelTree {
         std::uint32_t parent;  // whose `behind` they are
     };
 
-    std::uint32_t addNode(const VisibilityTile& tile, std::uint32_t triangle, std::uint32_t mask);
+    /// Subpixels of a group: how many, and the sums of their columns and rows in the pixel.
+    struct Group {
+        int count = 0;
+        int columns = 0;
+        int rows = 0;
+    };
+
+    void setGrid(int side);
+    std::uint32_t addNode(const VisibilityTile& tile, std::uint32_t triangle, const Group& group);
 
     int x0_ = 0;
     int y0_ = 0;
-    int n_ = 1;
+    int n_ = 0;
+    // By subpixel of the pixel, row after row:
+    std::array<int, 25> columns_{};
+    std::array<int, 25> rows_{};
     std::array<const SampleNode*, 25> samples_{};  // the front of what isn't grouped yet
     std::vector<PixelNode> nodes_;
     std::vector<Pending> pending_;

@@ -79,6 +79,8 @@ LightSums illuminate(const ShadeMaterial& material, const ShadeContext& context,
     const bool diffuse = look.has(MaterialX::kDiffuse);
     const bool specular = look.has(MaterialX::kSpecular);
     const Rgba surface = surfaceColor(material, context);
+    const Vec3 toEye = normalize(context.eye - context.position);
+    const Vec3 normal = normalize(context.normal);
     LightSums sums;
     for (const LightX* light : lights) {
         const Rgba& color = light->color();
@@ -92,16 +94,16 @@ LightSums illuminate(const ShadeMaterial& material, const ShadeContext& context,
         }
         if (!diffuse && !specular) continue;
         const double lit = light->shadowFactor(context.position);
-        if (lit == 0.0) continue;
+        LightX::Incidence incidence;
+        if (lit == 0.0 || !light->incidence(context.position, incidence)) continue;
         if (diffuse) {
             const float d =
-                static_cast<float>(light->diffuse(context.position, context.normal) * lit);
+                static_cast<float>(LightX::diffuseTerm(incidence, context.normal) * lit);
             for (std::size_t i = 0; i < 4; ++i)
                 sums.color[i] += surface[i] * color[i] * d;
         }
         if (specular) {
-            const Rgba sp = light->specular(context.eye, context.position, context.normal,
-                                            look.specularExponent);
+            const Rgba sp = light->specularTerm(incidence, toEye, normal, look.specularExponent);
             const float amount = static_cast<float>(lit * look.specularAmount);
             for (std::size_t i = 0; i < 4; ++i)
                 sums.specular[i] += sp[i] * amount;
@@ -210,19 +212,9 @@ bool environment(const ResolvedMap& map, const ShadeContext& context, Rgba& out)
     return found1 || found2;
 }
 
-}  // namespace
-
-Rgba shade(const ShadeMaterial& material, const ShadeContext& context,
-           std::span<const LightX* const> lights, bool premultiplied) {
+Rgba shadeAt(const ShadeMaterial& material, const ShadeContext& at,
+             std::span<const LightX* const> lights, bool premultiplied) {
     const MaterialX::Look& look = material.look;
-    const bool bumpy = look.has(MaterialX::kBumpMap);
-    ShadeContext turned;
-    if (bumpy) {
-        turned = context;
-        bump(material, turned);
-    }
-    const ShadeContext& at = bumpy ? turned : context;
-
     LightSums sums = illuminate(material, at, lights);
     const float mapScale = applyOpacity(material, at, sums);
     Rgba color = sums.color;
@@ -247,6 +239,17 @@ Rgba shade(const ShadeMaterial& material, const ShadeContext& context,
     for (float& channel : color)
         channel = channel > 1.0F ? 1.0F : std::isnan(channel) ? 0.0F : channel;
     return color;
+}
+
+}  // namespace
+
+Rgba shade(const ShadeMaterial& material, const ShadeContext& context,
+           std::span<const LightX* const> lights, bool premultiplied) {
+    if (!material.look.has(MaterialX::kBumpMap))
+        return shadeAt(material, context, lights, premultiplied);
+    ShadeContext bumpy = context;
+    bump(material, bumpy);
+    return shadeAt(material, bumpy, lights, premultiplied);
 }
 
 }  // namespace orvin
