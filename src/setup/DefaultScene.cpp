@@ -14,6 +14,9 @@ constexpr double kFieldOfView = 50.0;  // degrees
 constexpr double kNearClip = 0.1;
 constexpr double kFarClip = 10000.0;
 
+// Enough to see into the shade; the lights of the parameters do the modelling.
+constexpr double kAmbientIntensity = 0.15;
+
 /// The three lights that the effect's parameters drive, as their defaults have them.
 struct DirectionalLight {
     std::string_view name;
@@ -43,6 +46,7 @@ CameraX& addCamera(SceneX& scene, std::string_view name) {
 void addLights(SceneX& scene) {
     LightX& ambient = scene.make<LightX>("Ambient Light");
     ambient.setType(LightType::kAmbient);
+    ambient.setIntensity(kAmbientIntensity);
     for (const DirectionalLight& settings : kDirectionalLights) {
         LightX& light = scene.make<LightX>(settings.name);
         light.setType(LightType::kDirectional);
