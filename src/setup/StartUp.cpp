@@ -1,6 +1,7 @@
 #include "setup/StartUp.h"
 
 #include "geometry/GeometryClasses.h"
+#include "interchange/ModelFormats.h"
 #include "render/RenderClasses.h"
 #include "scene/MemberClasses.h"
 
@@ -10,6 +11,7 @@ void registerMemberClasses() {
     registerSceneClasses();
     registerGeometryClasses();
     registerRenderClasses();
+    installModelHooks();
 }
 
 }  // namespace orvin

@@ -27,6 +27,10 @@ inline char* writeWhole(char* out, long long value) {
 /// that can't use them must test.
 bool readDouble(std::string_view text, double& out);
 
+/// The same between two pointers; returns the end of the number, or null where none starts. The
+/// value is the double nearest to the text, whatever the number of digits.
+const char* scanDouble(const char* first, const char* last, double& out);
+
 /// Reads a whole number as "%d" would; out of the range of int is false.
 bool readWhole(std::string_view text, int& out);
 

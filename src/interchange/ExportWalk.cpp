@@ -1,0 +1,105 @@
+#include "interchange/ExportWalk.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <numeric>
+
+#include "toolkit/Progress.h"
+
+namespace orvin {
+
+namespace {
+
+constexpr int kPolygonsPerTick = 5000;
+
+// Names may hold line ends; in a file of lines they would turn into lines of their own.
+std::string oneLine(std::string name) {
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return name;
+}
+
+/// Puts the frame back when it goes.
+class FrameKeeper {
+  public:
+    explicit FrameKeeper(FrameClock* clock)
+        : clock_(clock), frame_(clock != nullptr ? clock->currentFrame() : 0) {}
+    ~FrameKeeper() {
+        if (clock_ != nullptr) clock_->setCurrentFrame(frame_);
+    }
+    FrameKeeper(const FrameKeeper&) = delete;
+    FrameKeeper& operator=(const FrameKeeper&) = delete;
+
+  private:
+    FrameClock* clock_;
+    int frame_;
+};
+
+}  // namespace
+
+int ExportPart::elementCount() const {
+    return std::accumulate(elements.begin(), elements.end(), 0);
+}
+
+int ExportPart::sectionCount() const {
+    return static_cast<int>(
+        std::count_if(elements.begin(), elements.end(), [](int n) { return n > 0; }));
+}
+
+std::string ExportPart::groupName(int section) const {
+    std::string text = name;
+    if (frame >= 0) text += "-Frm" + std::to_string(frame + 1);
+    if (sectionCount() > 1) text += "-Section " + std::to_string(section + 1);
+    return text;
+}
+
+Result countSections(const Mesh3& mesh, ExportPart& part) {
+    for (int i = 0; i < mesh.faceCount(); ++i) {
+        if (i % kPolygonsPerTick == 0 && pollProgress(i, mesh.faceCount()) != 0) return kFailure;
+        const int slot = mesh.face(i).material;
+        if (slot >= 0 && slot < kExportSections)
+            ++part.elements[static_cast<std::size_t>(slot)];
+        else
+            ++part.withoutSection;
+    }
+    return kSuccess;
+}
+
+Result walkExport(std::span<MeshObject* const> objects, const ExportOptions& options,
+                  std::string_view writer, const ExportVisitor& visit) {
+    const std::string writerName(writer);
+    bool anything = false;
+    const auto visitOnce = [&](MeshObject& object, int frame) {
+        ExportPart part;
+        part.name = oneLine(object.name());
+        part.frame = frame;
+        std::uint32_t revision = 0;
+        part.mesh = object.mesh(options.quality, revision);
+        part.worldFromObject = object.world();
+        if (part.mesh != nullptr && countSections(*part.mesh, part) != kSuccess) return kFailure;
+        if (part.withoutSection > 0)
+            std::fprintf(stderr, "%s: %d polygons of '%s' are in no material section: left out.\n",
+                         writerName.c_str(), part.withoutSection, part.name.c_str());
+        if (part.elementCount() == 0) {
+            std::fprintf(stderr, "%s: no geometry to export!\n", writerName.c_str());
+            return kSuccess;
+        }
+        anything = true;
+        return visit(part);
+    };
+
+    const FrameKeeper keeper(options.frames);
+    for (MeshObject* const object : objects) {
+        const bool animated = options.frames != nullptr && options.frames->isAnimated(*object);
+        const int frames = animated ? options.frames->totalFrames() : 1;
+        for (int frame = 0; frame < frames; ++frame) {
+            if (animated) options.frames->setCurrentFrame(frame);
+            const Result result = visitOnce(*object, animated ? frame : -1);
+            if (result != kSuccess) return result;
+        }
+    }
+    if (objects.empty()) std::fprintf(stderr, "%s: no geometry to export!\n", writerName.c_str());
+    return anything ? kSuccess : kFailure;
+}
+
+}  // namespace orvin

@@ -1,0 +1,65 @@
+// ExportWalk: what the writers of all formats have in common: the objects, the frames of those that
+// are animated, and the sections of each mesh by material slot.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "geometry/MeshObject.h"
+#include "toolkit/Result.h"
+#include "toolkit/math/Matrix4.h"
+
+namespace orvin {
+
+inline constexpr int kExportSections = 6;  // one for each material slot of a mesh
+
+/// Sets the frame that animated objects show.
+class FrameClock {
+  public:
+    virtual ~FrameClock() = default;
+    virtual bool isAnimated(const MeshObject& object) const = 0;
+    virtual int totalFrames() const = 0;
+    virtual int currentFrame() const = 0;
+    virtual void setCurrentFrame(int frame) = 0;
+};
+
+struct ExportOptions {
+    std::string_view lineEnd = "\n";  // of formats that are text
+    int quality = 1;                  // of the meshes: 0 preview, 1 render
+    FrameClock* frames = nullptr;     // null: every object is written once, as it is
+};
+
+/// One object at one frame.
+struct ExportPart {
+    std::string name;  // of the object
+    const Mesh3* mesh = nullptr;
+    Matrix4 worldFromObject;
+    int frame = -1;                               // from 0; -1 for an object that isn't animated
+    std::array<int, kExportSections> elements{};  // in each section
+    int withoutSection = 0;                       // elements of another slot: in no section
+
+    int elementCount() const;  // of all sections
+    int sectionCount() const;  // sections that are in use
+
+    /// The name of a section's group: the object's, "-Frm%d" of an animated one, and
+    /// "-Section %d" where several sections are in use. Numbers from 1.
+    std::string groupName(int section) const;
+};
+
+using ExportVisitor = std::function<Result(const ExportPart&)>;
+
+/// Calls `visit` for each object and frame that has elements. One without is passed over with
+/// "<writer>: no geometry to export!" on standard error. -1 where there is nothing at all, where a
+/// visit failed, or when the progress callback stopped it (polled every 5000 polygons). The current
+/// frame is as before afterwards, however it ends.
+Result walkExport(std::span<MeshObject* const> objects, const ExportOptions& options,
+                  std::string_view writer, const ExportVisitor& visit);
+
+/// Counts the elements of `mesh` by section into `part`; -1 when progress stopped it.
+Result countSections(const Mesh3& mesh, ExportPart& part);
+
+}  // namespace orvin

@@ -1,0 +1,126 @@
+#include "interchange/ImportedModel.h"
+
+#include <span>
+#include <utility>
+
+#include "scene/SceneX.h"
+
+namespace orvin {
+
+namespace {
+
+// Gives indices of one list new numbers in the order of first use; reset() is as cheap as the use
+// that was made.
+class Compaction {
+  public:
+    explicit Compaction(std::span<const Vec3> points)
+        : points_(points), numbers_(points.size(), -1) {}
+
+    /// The new numbers of `indices`; `add` puts a point into the new list and returns its number.
+    template <typename Add>
+    std::span<const int> renumber(std::span<const int> indices, Add&& add) {
+        corners_.clear();
+        for (const int i : indices) {
+            int& number = numbers_[static_cast<std::size_t>(i)];
+            if (number < 0) {
+                number = add(points_[static_cast<std::size_t>(i)]);
+                used_.push_back(i);
+            }
+            corners_.push_back(number);
+        }
+        return corners_;
+    }
+
+    void reset() {
+        for (const int i : used_)
+            numbers_[static_cast<std::size_t>(i)] = -1;
+        used_.clear();
+    }
+
+  private:
+    std::span<const Vec3> points_;
+    std::vector<int> numbers_;
+    std::vector<int> used_;
+    std::vector<int> corners_;
+};
+
+bool usesEverything(const Mesh3& mesh) {
+    std::vector<bool> vertices(mesh.vertices().size());
+    std::vector<bool> texture(mesh.texVertices().size());
+    std::vector<bool> normals(mesh.normals().size());
+    std::size_t unused = vertices.size() + texture.size() + normals.size();
+    const auto use = [&unused](std::vector<bool>& used, std::span<const int> indices) {
+        for (const int i : indices) {
+            const auto index = static_cast<std::size_t>(i);
+            if (used[index]) continue;
+            used[index] = true;
+            --unused;
+        }
+    };
+    for (int i = 0; i < mesh.faceCount(); ++i) {
+        const FaceView face = mesh.face(i);
+        use(vertices, face.vertices);
+        use(texture, face.texture);
+        use(normals, face.normals);
+    }
+    return unused == 0;
+}
+
+}  // namespace
+
+std::vector<Mesh3> splitByGroup(ImportedModel&& model) {
+    std::vector<Mesh3> meshes(model.groups.size());
+    if (meshes.size() == 1 && usesEverything(model.mesh)) {
+        meshes[0] = std::move(model.mesh);
+        return meshes;
+    }
+    const Mesh3& whole = model.mesh;
+
+    // Faces gathered by group, in order.
+    std::vector<std::size_t> starts(model.groups.size() + 1);
+    for (const std::uint32_t group : model.faceGroups)
+        ++starts[group + 1];
+    for (std::size_t g = 1; g < starts.size(); ++g)
+        starts[g] += starts[g - 1];
+    std::vector<int> faces(model.faceGroups.size());
+    std::vector<std::size_t> next(starts.begin(), starts.end() - 1);
+    for (std::size_t i = 0; i < faces.size(); ++i)
+        faces[next[model.faceGroups[i]]++] = static_cast<int>(i);
+
+    Compaction vertices(whole.vertices());
+    Compaction texture(whole.texVertices());
+    Compaction normals(whole.normals());
+    for (std::size_t g = 0; g < meshes.size(); ++g) {
+        Mesh3& mesh = meshes[g];
+        for (std::size_t i = starts[g]; i < starts[g + 1]; ++i) {
+            const FaceView face = whole.face(faces[i]);
+            mesh.addFace(
+                face.kind, face.material,
+                vertices.renumber(face.vertices, [&](Vec3 p) { return mesh.addVertex(p); }),
+                texture.renumber(face.texture, [&](Vec3 t) { return mesh.addTexVertex(t); }),
+                normals.renumber(face.normals, [&](Vec3 n) { return mesh.addNormal(n); }));
+        }
+        vertices.reset();
+        texture.reset();
+        normals.reset();
+    }
+    return meshes;
+}
+
+std::vector<ObjectP*> addToScene(SceneX& scene, ImportedModel&& model,
+                                 const std::filesystem::path& path, ModelFileType type) {
+    const std::vector<std::string> names = model.groups;
+    std::vector<Mesh3> meshes = splitByGroup(std::move(model));
+    std::vector<ObjectP*> made;
+    for (std::size_t g = 0; g < meshes.size(); ++g) {
+        auto& object = scene.make<ObjectP>(scene.uniqueName(names[g]));
+        object.setFileName(path.string());
+        object.setFileType(type);
+        object.setOriginalName(names[g]);
+        object.setMesh(std::move(meshes[g]));
+        made.push_back(&object);
+    }
+    return made;
+}
+
+}  // namespace orvin

@@ -1,0 +1,335 @@
+// Models in and out of scenes: dispatch by extension, exact OBJ text, sections, frames, round
+// trips, and failures that leave files as they were.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+#include "geometry/GeometryClasses.h"
+#include "interchange/ModelFormats.h"
+#include "interchange/ObjWriter.h"
+#include "scene/SceneX.h"
+#include "toolkit/Questions.h"
+
+namespace orvin {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ScriptedQuestions final : public HeadlessQuestions {
+  public:
+    void showMessage(std::string_view text, bool) override { messages += text; }
+    std::optional<fs::path> openFile(std::string_view title, std::string_view) override {
+        lastTitle = title;
+        return answer;
+    }
+    std::optional<fs::path> saveFile(std::string_view title, std::string_view) override {
+        lastTitle = title;
+        return answer;
+    }
+    std::string messages;
+    std::string lastTitle;
+    std::optional<fs::path> answer;
+};
+
+class ModelFiles : public testing::Test {
+  protected:
+    void SetUp() override {
+        registerGeometryClasses();
+        folder_ = fs::path(testing::TempDir()) /
+                  (std::string("orvin-models-") +
+                   testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(folder_);
+        fs::create_directories(folder_);
+        before_ = setQuestions(&questions_);
+    }
+    void TearDown() override {
+        setQuestions(before_);
+        fs::remove_all(folder_);
+    }
+
+    fs::path file(std::string_view name, std::string_view text) const {
+        const fs::path path = folder_ / name;
+        std::ofstream(path, std::ios::binary) << text;
+        return path;
+    }
+    static std::string contents(const fs::path& path) {
+        std::ifstream in(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(in), {}};
+    }
+    std::size_t filesInFolder() const {
+        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
+    }
+
+    ObjectP& triangle(std::string_view name, std::initializer_list<int> materials) {
+        Mesh3 mesh;
+        for (const Vec3 p : {Vec3{0, 0, 0}, {1, 0, 0}, {0, 1, 0}})
+            mesh.addVertex(p);
+        mesh.addTexVertex({0.5, 0.25, 0});
+        mesh.addNormal({0, 0, 1});
+        const std::array<int, 3> zeros{0, 0, 0};
+        bool textured = true;
+        for (const int material : materials) {
+            mesh.addFace(ElementKind::kPolygon, material, std::array<int, 3>{0, 1, 2},
+                         textured ? std::span<const int>(zeros) : std::span<const int>(), zeros);
+            textured = false;
+        }
+        auto& object = scene_.make<ObjectP>(name);
+        object.setMesh(std::move(mesh));
+        return object;
+    }
+
+    SceneX scene_;
+    fs::path folder_;
+    ScriptedQuestions questions_;
+    Questions* before_ = nullptr;
+};
+
+TEST_F(ModelFiles, ExtensionTellsTheFormat) {
+    EXPECT_EQ(modelFormatOf("a/b/Model.OBJ"), ModelFileType::kObj);
+    EXPECT_EQ(modelFormatOf("x.fac"), ModelFileType::kFact);
+    EXPECT_EQ(modelFormatOf("x.C4d"), ModelFileType::kC4d);
+    EXPECT_EQ(modelFormatOf("x.dxf"), ModelFileType::kDxf);
+    EXPECT_EQ(modelFormatOf("x.lwo"), ModelFileType::kLwo);
+    for (const char* name : {"x.objx", "obj", "x.ob", "", "x.obj/y"})
+        EXPECT_FALSE(modelFormatOf(name)) << name;
+
+    fs::path path;
+    auto format = ModelFileType::kObj;
+    questions_.answer = "models/knot.blend";
+    EXPECT_EQ(chooseImportFile(path, format), kFailure);
+    EXPECT_EQ(format, ModelFileType::kLwo);
+    EXPECT_EQ(questions_.lastTitle, "Select File to Import");
+    EXPECT_EQ(questions_.messages,
+              "Unable to open file with extension: .blend\r\rBe sure to select the correct file "
+              "type\rin the import dialog.\r");
+    questions_.answer = "models/knot.OBJ";
+    EXPECT_EQ(chooseImportFile(path, format), kSuccess);
+    EXPECT_EQ(format, ModelFileType::kObj);
+}
+
+TEST_F(ModelFiles, FormatsThatAreNotThereSaySo) {
+    for (const char* name : {"a.fac", "a.c4d", "a.dxf", "a.lwo"}) {
+        questions_.messages.clear();
+        const fs::path path = file(name, "old");
+        EXPECT_EQ(importModel(scene_, path), kFailure);
+        auto& object = triangle(name, {0});
+        MeshObject* const objects[] = {&object};
+        EXPECT_EQ(exportModel(path, objects), kFailure);
+        EXPECT_NE(questions_.messages.find("files can't be read yet"), std::string::npos);
+        EXPECT_NE(questions_.messages.find("files can't be written yet"), std::string::npos);
+        EXPECT_EQ(contents(path), "old");
+    }
+}
+
+TEST_F(ModelFiles, ImportMakesAnObjectPerGroupUnderFreshNames) {
+    scene_.make<ObjectP>("wing");
+    const fs::path path =
+        file("plane.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\ng wing\nf 1 3 2\nf 2 3 1\n");
+    testing::internal::CaptureStdout();
+    std::vector<ObjectP*> made;
+    ASSERT_EQ(importModel(scene_, path, &made), kSuccess);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "OBJ import done.\n");
+    ASSERT_EQ(made.size(), 2U);
+    EXPECT_EQ(made[0]->name(), "OBJ default");
+    EXPECT_EQ(made[1]->name(), "wing.1");
+    EXPECT_EQ(made[1]->originalName(), "wing");
+    EXPECT_EQ(made[1]->fileName(), path.string());
+    EXPECT_EQ(made[1]->fileType(), ModelFileType::kObj);
+    EXPECT_EQ(made[1]->materialName(0), "defaultMtl");
+    std::uint32_t revision = 0;
+    const Mesh3* const mesh = made[0]->mesh(1, revision);
+    EXPECT_EQ(mesh->normalCount(), 3) << "one at each vertex";
+    EXPECT_EQ(importModel(scene_, folder_ / "missing.obj"), kFailure);
+    EXPECT_EQ(scene_.count(MemberKind::kObject), 3U);
+}
+
+TEST_F(ModelFiles, TextOfAnExport) {
+    auto& first = triangle("knot", {0, 2, -1});
+    auto& second = triangle("gem", {5});
+    second.transform().setScale({2, 2, 4});
+    second.transform().setTranslate({0, 0, 7});
+    MeshObject* const objects[] = {&first, &scene_.make<ObjectP>("nothing"), &second};
+    const fs::path path = folder_ / "out.obj";
+    testing::internal::CaptureStderr();
+    ExportOptions options;
+    options.lineEnd = "\r\n";
+    ASSERT_EQ(exportModel(path, objects, options), kSuccess);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "write_obj: 1 polygons of 'knot' are in no material section: left out.\n"
+              "write_obj: no geometry to export!\n");
+    std::string expected =
+        "# *** Tarnwick Orvinex generated OBJ file ***\n"
+        "#\n# Object 'knot'\n# 3 vertices.\n# 1 texture vertices.\n# 1 normals.\n# 2 polygons.\n"
+        "#\nv 0.000000 0.000000 0.000000\nv 1.000000 0.000000 0.000000\n"
+        "v 0.000000 1.000000 0.000000\n"
+        "#\nvt 0.500000 0.250000 0.000000\n"
+        "#\nvn 0.000000 0.000000 1.000000\n"
+        "#\ng knot-Section 1\nf 1/1/1 2/1/1 3/1/1\n"
+        "#\ng knot-Section 3\nf 1//1 2//1 3//1\n"
+        "#\n# Object 'gem'\n# 3 vertices.\n# 1 texture vertices.\n# 1 normals.\n# 1 polygons.\n"
+        "#\nv 0.000000 0.000000 7.000000\nv 2.000000 0.000000 7.000000\n"
+        "v 0.000000 2.000000 7.000000\n"
+        "#\nvt 0.500000 0.250000 0.000000\n"
+        "#\nvn 0.000000 0.000000 1.000000\n"
+        "#\ng gem\nf 4/2/2 5/2/2 6/2/2\n";
+    for (std::size_t at = 0; (at = expected.find('\n', at)) != std::string::npos; at += 2)
+        expected.insert(at, "\r");
+    EXPECT_EQ(contents(path), expected);
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+TEST_F(ModelFiles, WhatIsExportedComesBack) {
+    // A turned and stretched, then mirrored, tetrahedron: outward normals must look outward still.
+    for (const double mirror : {1.0, -1.0}) {
+        Mesh3 mesh;
+        for (const Vec3 p : {Vec3{0, 0, 0}, {3, 0, 0}, {0, 2, 0}, {0, 0, 1}})
+            mesh.addVertex(p);
+        for (const auto& f : {std::array<int, 3>{0, 2, 1}, {0, 1, 3}, {0, 3, 2}, {1, 2, 3}})
+            mesh.addFace(ElementKind::kPolygon, 0, f);
+        auto& object = scene_.make<ObjectP>(scene_.uniqueName("tetra"));
+        object.setMesh(std::move(mesh));
+        object.transform().setRotate({30, 40, 50});
+        object.transform().setScale({1, 2 * mirror, 3});
+        MeshObject* const objects[] = {&object};
+        const fs::path path = folder_ / "tetra.obj";
+        ASSERT_EQ(exportModel(path, objects), kSuccess);
+        std::vector<ObjectP*> made;
+        SceneX second;
+        ASSERT_EQ(importModel(second, path, &made), kSuccess);
+        ASSERT_EQ(made.size(), 1U);
+        std::uint32_t revision = 0;
+        const Mesh3& back = *made[0]->mesh(1, revision);
+        ASSERT_EQ(back.faceCount(), 4);
+        const auto positions = object.worldPositions();
+        double volume = 0.0;
+        for (int i = 0; i < 4; ++i) {
+            const FaceView face = back.face(i);
+            for (const int normal : face.normals)
+                EXPECT_NEAR(dot(back.normal(normal), back.facePlane(i).normal), 1.0, 1e-5);
+            const auto p = [&](std::size_t j) { return back.vertex(face.vertices[j]); };
+            volume += dot(p(0), cross(p(1), p(2))) / 6.0;
+        }
+        EXPECT_NEAR(volume, 6.0, 1e-4) << "a sixth of 3 * 2 * 1, times the stretch of 6";
+        for (int i = 0; i < 4; ++i) {
+            double nearest = 1e9;
+            for (const Vec3 q : back.vertices())
+                nearest = std::min(nearest, length(q - positions[static_cast<std::size_t>(i)]));
+            EXPECT_LT(nearest, 2e-6);
+        }
+    }
+}
+
+TEST_F(ModelFiles, FailuresLeaveTheOldFile) {
+    const fs::path path = file("keep.obj", "old");
+    auto& object = triangle("o", {0});
+    MeshObject* const objects[] = {&object};
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(exportModel(path, {}), kFailure);
+    MeshObject* const empty[] = {&scene_.make<ObjectP>("empty")};
+    EXPECT_EQ(exportModel(path, empty), kFailure);
+    EXPECT_EQ(exportModel(folder_ / "no folder" / "x.obj", objects), kFailure);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "write_obj: no geometry to export!\nwrite_obj: no geometry to export!\n"
+              "Cannot open '" +
+                  (folder_ / "no folder" / "x.obj").string() + "'.\n");
+    EXPECT_EQ(contents(path), "old");
+    EXPECT_EQ(filesInFolder(), 1U);
+}
+
+/// A strip that grows by a triangle per frame, and shows nothing in frame 1.
+class GrowingObject final : public MeshObject {
+  public:
+    GrowingObject(SceneX& scene, std::string_view name) : MeshObject(scene, name) {}
+    void show(int frame) {
+        mesh_.clear();
+        for (int i = 0; i < 3; ++i)
+            mesh_.addVertex({i * 1.0, i == 1 ? 1.0 : 0.0, frame * 1.0});
+        for (int i = 0; i < (frame == 1 ? 0 : frame + 1); ++i)
+            mesh_.addFace(ElementKind::kPolygon, i % 2, std::array<int, 3>{0, 1, 2});
+        meshChanged();
+    }
+    const Mesh3* mesh(int, std::uint32_t& revision) override {
+        revision = meshRevision();
+        return &mesh_;
+    }
+    void setHardShadingAngle(double, bool) override {}
+    int materialCount() const override { return 0; }
+    SceneMember* material(int) const override { return nullptr; }
+    std::string_view materialName(int) const override { return {}; }
+    void setMaterial(int, std::string_view) override {}
+    bool isOpenOrClear(bool) const override { return true; }
+    const CommandRegistry& commandRegistry() const override {
+        static const CommandRegistry none(1);
+        return none;
+    }
+    std::string_view className() const override { return "GrowingObject"; }
+
+  protected:
+    void refresh() override {}
+    const Mesh3* currentMesh() const override { return &mesh_; }
+    double degenerateLimit() const override { return 0.001; }
+
+  private:
+    Mesh3 mesh_;
+};
+
+class TestClock final : public FrameClock {
+  public:
+    explicit TestClock(GrowingObject& object) : object_(object) {}
+    bool isAnimated(const MeshObject& object) const override { return &object == &object_; }
+    int totalFrames() const override { return 3; }
+    int currentFrame() const override { return frame_; }
+    void setCurrentFrame(int frame) override {
+        frame_ = frame;
+        object_.show(frame);
+    }
+
+  private:
+    GrowingObject& object_;
+    int frame_ = 17;
+};
+
+TEST_F(ModelFiles, AnimatedObjectsAreWrittenFrameByFrame) {
+    auto& growing = scene_.make<GrowingObject>("cycle");
+    auto& still = triangle("still", {0});
+    TestClock clock(growing);
+    MeshObject* const objects[] = {&growing, &still};
+    ExportOptions options;
+    options.frames = &clock;
+    const fs::path path = folder_ / "frames.obj";
+    testing::internal::CaptureStderr();
+    ASSERT_EQ(writeObj(path, objects, options), kSuccess);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "write_obj: no geometry to export!\n");
+    EXPECT_EQ(clock.currentFrame(), 17);
+    const std::string text = contents(path);
+    std::string groups;
+    for (std::size_t at = 0; (at = text.find("\ng ", at)) != std::string::npos; ++at)
+        groups += text.substr(at + 3, text.find('\n', at + 1) - at - 3) + ";";
+    EXPECT_EQ(groups, "cycle-Frm1;cycle-Frm3-Section 1;cycle-Frm3-Section 2;still;");
+    EXPECT_NE(text.find("# Object 'cycle'\n# -Frame 3\n# 3 vertices.\n"), std::string::npos);
+}
+
+TEST_F(ModelFiles, StreamKeysReachTheModelFiles) {
+    installModelHooks();
+    const fs::path path = file("in.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\ng a\nf 1 2 3\ng b\nf 3 2 1\n");
+    auto& object = scene_.make<ObjectP>("o");
+    const std::uint32_t before = object.meshRevision();
+    ASSERT_EQ(object.load(path.string()), kSuccess);
+    EXPECT_NE(object.meshRevision(), before);
+    std::uint32_t revision = 0;
+    EXPECT_EQ(object.mesh(1, revision)->faceCount(), 2);
+    EXPECT_EQ(object.localBounds().max, (Vec3{1, 1, 0}));
+    const fs::path out = folder_ / "out.obj";
+    ASSERT_EQ(object.save(out.string()), kSuccess);
+    EXPECT_NE(contents(out).find("\ng o\nf 1//1 2//3 3//5\nf 3//6 2//4 1//2\n"), std::string::npos);
+    EXPECT_EQ(object.load((folder_ / "gone.obj").string()), kFailure);
+    EXPECT_EQ(object.mesh(1, revision)->faceCount(), 2);
+}
+
+}  // namespace
+}  // namespace orvin
