@@ -97,7 +97,7 @@ class FakeHost {
 
     PF_Handle handleOf(const void* bytes, std::size_t size) {
         PF_Handle handle = newHandle(size);
-        std::memcpy(*handle, bytes, size);
+        if (size > 0) std::memcpy(*handle, bytes, size);
         return handle;
     }
     PF_Handle handleOf(const std::string& bytes) { return handleOf(bytes.data(), bytes.size()); }

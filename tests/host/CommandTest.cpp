@@ -1,0 +1,182 @@
+// Commands beside the life of an instance.
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <new>
+
+#include "host/HostState.h"
+#include "host/OrvinApp.h"
+#include "host/ParameterTable.h"
+#include "host/SequenceRecord.h"
+#include "render/CameraX.h"
+#include "render/LightX.h"
+#include "tests/host/FakeHost.h"
+#include "tests/host/ScriptedUser.h"
+
+namespace orvin {
+namespace {
+
+class Command : public testing::Test {
+  protected:
+    void SetUp() override { ASSERT_EQ(host.call(PF_Cmd_SEQUENCE_SETUP, sequence), 0); }
+    void TearDown() override {
+        host.call(PF_Cmd_SEQUENCE_SETDOWN, sequence);
+        EXPECT_EQ(host.mistakes, std::vector<std::string>{});
+        EXPECT_EQ(host.handleCount(), 0U);
+        EXPECT_EQ(host.checkedOut, 0);
+    }
+    SequenceRecord& record() { return *static_cast<SequenceRecord*>(*sequence); }
+    OrvinApp& app() { return *record().app; }
+
+    FakeHost host;
+    ScriptedUser user;
+    PF_Handle sequence = nullptr;
+};
+
+TEST_F(Command, AboutNamesTheProduct) {
+    EXPECT_EQ(host.call(PF_Cmd_ABOUT), 0);
+    EXPECT_EQ(std::string(host.out.return_msg).substr(0, 23), "3D Orvinex\rv3.0 PRO\rCop");
+    // Even for a host that hands over next to nothing.
+    PF_OutData out{};
+    EXPECT_EQ(effectMain(PF_Cmd_ABOUT, nullptr, &out, nullptr, nullptr, nullptr), 0);
+    EXPECT_NE(out.return_msg[0], '\0');
+    EXPECT_EQ(effectMain(PF_Cmd_GLOBAL_SETUP, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+}
+
+TEST_F(Command, GlobalSetupTellsHostsOfBothGenerationsWhatTheyKnow) {
+    const struct {
+        A_short major, minor;
+        PF_OutFlags2 flags2;
+    } hosts[] = {{11, 20, 0}, {12, 9, 0}, {12, 10, 7}, {13, 0, 7}, {13, 28, 7}};
+    for (const auto& h : hosts) {
+        host.version = {h.major, h.minor};
+        EXPECT_EQ(host.call(PF_Cmd_GLOBAL_SETUP), 0);
+        EXPECT_EQ(host.out.my_version, 0x100000U);
+        EXPECT_EQ(host.out.out_flags, 0x4008435);
+        EXPECT_EQ(host.out.out_flags2, h.flags2) << h.major << "." << h.minor;
+    }
+}
+
+TEST_F(Command, UnknownCommandsAndThoseForLiveRecordsDoNothingElsewhere) {
+    for (const int cmd : {2, 10, 12, 24, 32, 34, 1000, -1})
+        EXPECT_EQ(host.call(cmd, sequence), 0) << cmd;
+    PF_EventExtra event{};
+    event.e_type = PF_Event_DRAW;
+    for (const PF_Cmd cmd : {PF_Cmd_DO_DIALOG, PF_Cmd_RENDER, PF_Cmd_USER_CHANGED_PARAM,
+                             PF_Cmd_UPDATE_PARAMS_UI, PF_Cmd_EVENT}) {
+        PF_Handle flat = host.handleOf(std::string("FLAT\0\0\0\0", 8));
+        EXPECT_EQ(host.call(cmd, flat, &event), 0) << cmd;
+        host.dispose(flat);
+        PF_Handle none = nullptr;
+        EXPECT_EQ(host.call(cmd, none, &event), 0) << cmd;
+    }
+    EXPECT_EQ(user.messages, std::vector<std::string>{});
+}
+
+TEST_F(Command, DynamicFlagsFollowTheTwoBoxes) {
+    for (const int camera : {0, 1}) {
+        for (const int lights : {0, 1}) {
+            host.params[param::kUseCompCamera].u.bd.value = camera;
+            host.params[param::kUseCompLights].u.bd.value = lights;
+            for (const PF_OutFlags2 before : {0, 7}) {
+                PF_OutData out{};
+                out.out_flags2 = before;
+                EXPECT_EQ(host.call(PF_Cmd_QUERY_DYNAMIC_FLAGS, sequence, out, nullptr), 0);
+                EXPECT_EQ(out.out_flags2, (before & 1) | (camera * 2) | (lights * 4));
+                EXPECT_EQ(host.checkedOut, 0);
+            }
+        }
+    }
+    host.version = {12, 9};
+    PF_OutData out{};
+    out.out_flags2 = 0;
+    EXPECT_EQ(host.call(PF_Cmd_QUERY_DYNAMIC_FLAGS, sequence, out, nullptr), 0);
+    EXPECT_EQ(out.out_flags2, 0);
+    host.version = {13, 0};
+    host.params.resize(2);
+    EXPECT_EQ(host.call(PF_Cmd_QUERY_DYNAMIC_FLAGS, sequence, out, nullptr), PF_Err_INVALID_INDEX);
+}
+
+TEST_F(Command, AChangedParameterWaitsForTheUpdateOfTheDisplay) {
+    PF_UserChangedParamExtra changed{param::kCameraDistance};
+    gUiRefreshed = false;
+    EXPECT_EQ(host.call(PF_Cmd_USER_CHANGED_PARAM, sequence, &changed), 0);
+    EXPECT_EQ(record().pendingParam, param::kCameraDistance);
+    gDragging = true;  // what the panel is doing isn't read back from the parameters
+    const double distance = app().camera()->distance();
+    EXPECT_EQ(host.call(PF_Cmd_UPDATE_PARAMS_UI, sequence), 0);
+    gDragging = false;
+    EXPECT_EQ(app().camera()->distance(), distance);
+    EXPECT_EQ(record().pendingParam, 0);
+    EXPECT_TRUE(gUiRefreshed);
+}
+
+class TestWindow final : public SetUpWindow {
+  public:
+    explicit TestWindow(std::function<void()> work) : work_(std::move(work)) {}
+    void runModal() override { work_(); }
+
+  private:
+    std::function<void()> work_;
+};
+
+TEST_F(Command, TheDialogKeepsTheZeronessOfTheRenderMethod) {
+    const struct {
+        int before, chosen, after;
+    } cases[] = {{1, 1, 1}, {1, 2, 2}, {1, 0, 2}, {0, 0, 0}, {0, 3, 0}, {2, 0x100, 2}};
+    for (const auto& c : cases) {
+        app().renderState().renderMethod = c.before;
+        app().setSetUpWindow(
+            std::make_unique<TestWindow>([&] { app().renderState().renderMethod = c.chosen; }));
+        EXPECT_EQ(host.call(PF_Cmd_DO_DIALOG, sequence), 0);
+        EXPECT_EQ(app().renderState().renderMethod, c.after) << c.before << " " << c.chosen;
+    }
+    EXPECT_EQ(user.messages, std::vector<std::string>{});
+}
+
+TEST_F(Command, TheDialogPutsCameraAndLightsBackAndReportsItsFailures) {
+    const double own = app().camera()->distance();
+    app().setSetUpWindow(std::make_unique<TestWindow>([&] { app().camera()->setDistance(5.0); }));
+    EXPECT_EQ(host.call(PF_Cmd_DO_DIALOG, sequence), 0);
+    EXPECT_DOUBLE_EQ(app().camera()->distance(), own);
+
+    app().setSetUpWindow(std::make_unique<TestWindow>([] { throw std::bad_alloc(); }));
+    EXPECT_EQ(app().Run(), 100);
+    EXPECT_EQ(user.messages,
+              std::vector<std::string>{"fatal: Not enough memory to complete operation."});
+
+    user.messages.clear();
+    app().setSetUpWindow(nullptr);
+    EXPECT_EQ(host.call(PF_Cmd_DO_DIALOG, sequence), 0);
+    ASSERT_EQ(user.messages.size(), 1U) << "a missing window must say so";
+}
+
+TEST_F(Command, KeptLightsComeBackAsTheyWereAndNewOnesGo) {
+    SceneX& scene = *app().scene();
+    PushedScene pushed("kept");
+    EXPECT_FALSE(pushed.restoreLights(scene));
+    pushed.storeLights(scene);
+    const auto lights = [&] { return scene.members(MemberKind::kLight); };
+    std::vector<std::string> names;
+    for (SceneMember* light : lights())
+        names.push_back(light->name());
+    ASSERT_EQ(names.size(), 4U);
+
+    auto& first = dynamic_cast<LightX&>(*lights()[0]);
+    const double intensity = first.intensity();
+    first.setIntensity(intensity + 3.0);
+    first.setEnabled(false);
+    first.setMode(CameraMode::kTransform);
+    scene.make<LightX>("Light 99");
+    scene.destroy(*lights()[3]);
+
+    EXPECT_TRUE(pushed.restoreLights(scene));
+    ASSERT_EQ(lights().size(), 4U);
+    for (std::size_t i = 0; i < 4; ++i)
+        EXPECT_EQ(lights()[i]->name(), names[i]);
+    EXPECT_DOUBLE_EQ(dynamic_cast<LightX&>(*lights()[0]).intensity(), intensity);
+    EXPECT_TRUE(dynamic_cast<LightX&>(*lights()[0]).isEnabled());
+}
+
+}  // namespace
+}  // namespace orvin
