@@ -207,7 +207,8 @@ void BM_Shares1080p(benchmark::State& state) {
                         visit(x, y);
             };
             clock[0] = cpuSeconds();
-            visibility.getTile(k, tile);
+            tile.scan(visibility.triangles(), visibility.tileTriangles(k), visibility.tileRect(k),
+                      visibility.subpixels(), visibility.perspective());
             clock[1] = cpuSeconds();
             eachPixel([&](int x, int y) { benchmark::DoNotOptimize(tree.build(tile, x, y)); });
             clock[2] = cpuSeconds();

@@ -1,7 +1,9 @@
 #include "render/SoftwareRenderer.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
+#include <limits>
 #include <utility>
 #include <vector>
 
@@ -35,19 +37,25 @@ class AtExit {
     Leave leave_;
 };
 
-/// The work of a frame in rows of pixels, as the progress callback hears of it.
-class RowProgress {
+/// The work of a frame in pixels, as the progress callback hears of it.
+class PixelProgress {
   public:
-    explicit RowProgress(int total) : total_(std::max(total, 1)) {}
-    bool poll() const { return pollProgress(std::min(done_, total_), total_) == 0; }
-    bool rowDone() {
-        ++done_;
+    explicit PixelProgress(std::int64_t total)
+        : total_(std::clamp<std::int64_t>(total, 1, kMost)) {}
+    bool poll() const {
+        return pollProgress(static_cast<int>(std::min(done_, total_)), static_cast<int>(total_)) ==
+               0;
+    }
+    bool rowDone(int pixels) {
+        done_ += pixels;
         return poll();
     }
 
   private:
-    int done_ = 0;
-    int total_;
+    static constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+
+    std::int64_t done_ = 0;
+    std::int64_t total_;
 };
 
 std::vector<LightX*> enabledLights(const SceneX& scene) {
@@ -94,41 +102,48 @@ GridRect pixelsIn(const ImageBuffer& image, const VisibilityTile& tile) {
     return pixels;
 }
 
-int rowsOf(const VisibilityBuffer& visibility) {
-    int rows = 0;
-    for (std::size_t k = 0; k < visibility.tileCount(); ++k)
-        rows += (visibility.tileRect(k).height() - 1) / visibility.subpixels() + 1;
-    return rows;
+std::int64_t workOf(const VisibilityBuffer& visibility, const RenderParams& params) {
+    const int n = visibility.subpixels();
+    std::int64_t pixels = 0;
+    for (std::size_t k = 0; k < visibility.tileCount(); ++k) {
+        const GridRect& rect = visibility.tileRect(k);
+        pixels += std::int64_t{rect.width() / n} * (rect.height() / n);
+    }
+    if (params.blurOption != 0)
+        pixels += static_cast<std::int64_t>(params.width) * static_cast<int>(params.height);
+    return pixels;
 }
 
 // False when the frame is to stop.
-bool paintTiles(const VisibilityBuffer& visibility, const FrameShading& shading,
-                PixelWriter& writer, const ImageBuffer& image, RowProgress& progress) {
-    VisibilityTile tile;
+bool paintTiles(const VisibilityBuffer& visibility, const FrameShading& shading, ImageBuffer& image,
+                bool unpremultiply, PixelProgress& progress) {
+    VisibilityTile scratch;
     TilePainter painter(shading);
     PixelTree tree;
-    for (std::size_t k = 0; k < visibility.tileCount(); ++k) {
-        visibility.getTile(k, tile);
+    PixelWriter writer(image, unpremultiply);
+    const auto paint = [&](const VisibilityTile& tile) {
         painter.begin(tile);
         const GridRect pixels = pixelsIn(image, tile);
         for (int y = pixels.top; y <= pixels.bottom; ++y) {
-            if (!progress.rowDone()) return false;
+            if (!progress.rowDone(pixels.width())) return false;
             for (int x = pixels.left; x <= pixels.right; ++x)
                 if (tree.build(tile, x, y)) writer.write(x, y, painter.paint(tree));
         }
-        if (!progress.poll()) return false;
-    }
+        return true;
+    };
+    for (std::size_t k = 0; k < visibility.tileCount(); ++k)
+        if (!visibility.visitTile(k, scratch, paint) || !progress.poll()) return false;
     return true;
 }
 
 // False when the frame is to stop.
-bool blur(ImageBuffer& image, const RenderParams& params, RowProgress& progress) {
+bool blur(ImageBuffer& image, const RenderParams& params, PixelProgress& progress) {
     BlurSettings settings;
     settings.onlyContrast = params.blurOption == 2;
     settings.radius = static_cast<double>(params.blurRadius);
     settings.contrast = static_cast<double>(params.blurContrast);
     const Result result =
-        blurImage(image, settings, [&progress](int) { return progress.rowDone() ? 0 : 1; });
+        blurImage(image, settings, [&](int) { return progress.rowDone(image.width()) ? 0 : 1; });
     if (result != kSuccess && progressStop() == 0) throw kImageBufferFailed;
     return result == kSuccess;
 }
@@ -158,9 +173,9 @@ std::unique_ptr<ImageBuffer> renderSoftware(SceneX& scene, const RenderParams& p
         std::fprintf(stderr, "There is no camera \"%s\" in the scene.\n", kDefaultCamera.data());
     auto image = std::make_unique<ImageBuffer>(makeImage(params, options.memoryBudget));
     const FrameShading shading(visibility, scene);
-    PixelWriter writer(*image, params.unpremultiply != 0);
-    RowProgress progress(rowsOf(visibility) + (params.blurOption != 0 ? image->height() : 0));
-    if (!paintTiles(visibility, shading, writer, *image, progress)) return nullptr;
+    PixelProgress progress(workOf(visibility, params));
+    if (!paintTiles(visibility, shading, *image, params.unpremultiply != 0, progress))
+        return nullptr;
     if (params.blurOption != 0 && !blur(*image, params, progress)) return nullptr;
     return image;
 }

@@ -49,10 +49,17 @@ FrameShading::FrameShading(const VisibilityBuffer& buffer, const SceneX& scene)
         const auto* material = dynamic_cast<const MaterialX*>(surface);
         materials.push_back(material != nullptr ? ShadeMaterial(*material) : ShadeMaterial());
     }
+    const bool bumpy = std::any_of(materials.begin(), materials.end(), [](const ShadeMaterial& m) {
+        return (m.needs & ShadingNeeds::kTangents) != 0;
+    });
+    if (!bumpy) return;
+    for (const VisibilityBuffer::Object& object : buffer.objects())
+        tangents.push_back({object.owner->tangents(), object.owner->binormals()});
 }
 
-TriangleShade makeTriangleShade(const VisibilityBuffer::Object& object, const TriangleId& id,
-                                const ShadeMaterial& material) {
+TriangleShade makeTriangleShade(const FrameShading& frame, const TriangleId& id) {
+    const VisibilityBuffer::Object& object = frame.visibility.objects()[id.object];
+    const ShadeMaterial& material = frame.materials[id.surface];
     TriangleShade shade;
     shade.material = &material;
     const FaceView face = object.mesh->face(static_cast<int>(id.face));
@@ -75,9 +82,10 @@ TriangleShade makeTriangleShade(const VisibilityBuffer::Object& object, const Tr
         shade.texture = Spread<Vec2>::over(flat(values[0]), flat(values[1]), flat(values[2]));
     }
     if ((material.needs & ShadingNeeds::kTangents) != 0) {
-        if (gather(object.tangents, face.texture, corners, values))
+        const SurfaceTangents& surface = frame.tangents[id.object];
+        if (gather(surface.tangents, face.texture, corners, values))
             shade.tangentS = worldTangents(values, object.worldFromObject);
-        if (gather(object.binormals, face.texture, corners, values))
+        if (gather(surface.binormals, face.texture, corners, values))
             shade.tangentT = worldTangents(values, object.worldFromObject);
     }
     return shade;
@@ -94,9 +102,7 @@ const TriangleShade& TilePainter::shadeOf(std::uint32_t triangle) {
     std::uint32_t& index = shadeIndex_[triangle];
     if (index == kNoShade) {
         index = static_cast<std::uint32_t>(shades_.size());
-        const TriangleId& id = tile_->triangle(triangle).id;
-        shades_.push_back(makeTriangleShade(frame_.visibility.objects()[id.object], id,
-                                            frame_.materials[id.surface]));
+        shades_.push_back(makeTriangleShade(frame_, tile_->triangle(triangle).id));
     }
     return shades_[index];
 }

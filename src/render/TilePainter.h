@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "render/PixelTree.h"
@@ -14,6 +15,12 @@ namespace orvin {
 
 class LightX;
 
+/// The tangents of an object's surface in object space, by texture vertex; see MeshObject.
+struct SurfaceTangents {
+    std::span<const Vec3> tangents;
+    std::span<const Vec3> binormals;
+};
+
 /// What all tiles of a frame are shaded with; constant once built.
 struct FrameShading {
     /// Resolves the materials of the buffer's surfaces. Faces without a material look like a new
@@ -23,12 +30,12 @@ struct FrameShading {
     const VisibilityBuffer& visibility;
     Vec3 eye;  // world space
     std::vector<const LightX*> lights;
-    std::vector<ShadeMaterial> materials;  // by TriangleId::surface
+    std::vector<ShadeMaterial> materials;   // by TriangleId::surface
+    std::vector<SurfaceTangents> tangents;  // by TriangleId::object; empty where no material asks
 };
 
 /// The attributes of a triangle, looked up in its mesh.
-TriangleShade makeTriangleShade(const VisibilityBuffer::Object& object, const TriangleId& id,
-                                const ShadeMaterial& material);
+TriangleShade makeTriangleShade(const FrameShading& frame, const TriangleId& id);
 
 class TilePainter {
   public:

@@ -11,14 +11,14 @@ bool isEmpty(const GridRect& tiles) {
     return tiles.left > tiles.right || tiles.top > tiles.bottom;
 }
 
-// One sum finds every NaN and infinity: neither ever leaves it.
-bool allFinite(const ScreenTriangle& t) {
+// False for NaN and infinity, and for planes so steep that a sum over the grid could become either.
+bool isUsable(const ScreenTriangle& t) {
     double sum = 0.0;
     for (const Vec2& p : t.corners)
-        sum += p.x + p.y;
+        sum += std::abs(p.x) + std::abs(p.y);
     for (const GridPlane* plane : {&t.depth, &t.u, &t.v})
-        sum += plane->a + plane->b + plane->c;
-    return std::isfinite(sum);
+        sum += std::abs(plane->a) + std::abs(plane->b) + std::abs(plane->c);
+    return sum < 1e290;
 }
 
 // The planes of the weights of `a` and `b`; false for corners on one line.
@@ -140,7 +140,7 @@ GridRect TriangleSetup::box(ScreenTriangle& triangle) const {
 }
 
 void TriangleSetup::emit(ScreenTriangle& triangle, const GridRect& tiles) {
-    if (!allFinite(triangle)) return;
+    if (!isUsable(triangle)) return;
     triangles_.push_back(triangle);
     spans_.push_back({static_cast<std::uint16_t>(tiles.left), static_cast<std::uint16_t>(tiles.top),
                       static_cast<std::uint16_t>(tiles.right),

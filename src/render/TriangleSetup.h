@@ -33,7 +33,7 @@ class TriangleSetup {
     /// Adds a polygon as a fan, of which `id` has everything but the fan index and facing. Indices
     /// are into the vertices; a polygon with one that isn't there adds nothing. Left out are
     /// triangles in front of the near clip, outside the picture, seen edge-on or without area, and
-    /// with a corner that isn't finite.
+    /// with coordinates that are no number or too large to reckon with.
     void addPolygon(std::span<const int> corners, TriangleId id);
 
     /// Triangles of all polygons so far, left out or not.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <optional>
+#include <utility>
 
 #include "geometry/Surface.h"
 #include "render/CameraX.h"
@@ -25,6 +26,23 @@ std::uint32_t numberOf(std::vector<const SceneMember*>& surfaces, const SceneMem
 bool isOpaque(const SceneMember* member) {
     const auto* surface = dynamic_cast<const Surface*>(member);
     return surface == nullptr || !surface->isTransparent();
+}
+
+// Cuts across the longer side, between two pixels. Of more than one pixel.
+std::pair<GridRect, GridRect> halves(const GridRect& rect, int subpixels) {
+    GridRect first = rect;
+    GridRect second = rect;
+    const auto middle = [subpixels](int from, int size) {
+        return from + std::max(size / subpixels / 2, 1) * subpixels;
+    };
+    if (rect.width() > rect.height()) {
+        second.left = middle(rect.left, rect.width());
+        first.right = second.left - 1;
+    } else {
+        second.top = middle(rect.top, rect.height());
+        first.bottom = second.top - 1;
+    }
+    return {first, second};
 }
 
 }  // namespace
@@ -61,12 +79,11 @@ void VisibilityBuffer::addObjects(SceneX& scene, const RenderParams& params,
         if (mesh == nullptr || mesh->faceCount() == 0) continue;
 
         Object object;
+        object.owner = owner;
         object.mesh = mesh;
         object.worldFromObject = owner->world();
         object.positions = owner->worldPositions();
         object.normals = owner->worldNormals();
-        object.tangents = owner->tangents();
-        object.binormals = owner->binormals();
         object.normalSign = object.worldFromObject.determinant3() < 0.0 ? -1.0 : 1.0;
 
         setup.setVertices(mesh->vertices(), object.worldFromObject * cameraFromWorld);
@@ -116,9 +133,22 @@ void VisibilityBuffer::fillTiles(const TileGrid& grid, TriangleSetup& setup) {
         });
 }
 
-void VisibilityBuffer::getTile(std::size_t k, VisibilityTile& tile) const {
+bool VisibilityBuffer::visitTile(std::size_t k, VisibilityTile& tile,
+                                 const std::function<bool(const VisibilityTile&)>& visit) const {
     std::printf("getting tile %d\n", static_cast<int>(k));
-    tile.scan(triangles_, tileTriangles(k), tileRect(k), subpixels_, perspective_);
+    std::vector<GridRect> parts{tileRect(k)};
+    while (!parts.empty()) {
+        const GridRect part = parts.back();
+        parts.pop_back();
+        if (!tile.scan(triangles_, tileTriangles(k), part, subpixels_, perspective_)) {
+            const auto [first, second] = halves(part, subpixels_);
+            parts.push_back(second);
+            parts.push_back(first);
+        } else if (!visit(tile)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 }  // namespace orvin

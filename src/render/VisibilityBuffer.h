@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <vector>
 
@@ -27,11 +28,10 @@ class VisibilityBuffer {
     /// An object of the frame with the lists of its owner. The scene must not change while the
     /// buffer lives.
     struct Object {
+        MeshObject* owner = nullptr;
         const Mesh3* mesh = nullptr;
         std::span<const Vec3> positions;  // world space
         std::span<const Vec3> normals;    // world space, any length; see normalSign
-        std::span<const Vec3> tangents;   // object space
-        std::span<const Vec3> binormals;
         Matrix4 worldFromObject;
         double normalSign = 1.0;  // -1 where worldFromObject mirrors, which turns the winding
     };
@@ -62,8 +62,11 @@ class VisibilityBuffer {
         return std::span(tileTriangles_).subspan(tile.first, tile.count);
     }
 
-    /// Scan-converts tile k into `tile`, which is the caller's and may serve again.
-    void getTile(std::size_t k, VisibilityTile& tile) const;
+    /// Scan-converts tile k and shows it to `visit`: whole, or in parts of whole pixels where its
+    /// lists would take too much memory (many clear layers, a vast tile). `tile` is the caller's,
+    /// and may serve again. False where `visit` answered false, which ends the visit.
+    bool visitTile(std::size_t k, VisibilityTile& tile,
+                   const std::function<bool(const VisibilityTile&)>& visit) const;
 
   private:
     struct ActiveTile {

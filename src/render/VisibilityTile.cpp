@@ -5,7 +5,7 @@
 
 namespace orvin {
 
-void VisibilityTile::scan(std::span<const ScreenTriangle> all,
+bool VisibilityTile::scan(std::span<const ScreenTriangle> all,
                           std::span<const std::uint32_t> triangles, const GridRect& rect,
                           int subpixels, bool perspective) {
     all_ = all;
@@ -14,11 +14,19 @@ void VisibilityTile::scan(std::span<const ScreenTriangle> all,
     n_ = subpixels;
     perspective_ = perspective;
     stride_ = static_cast<std::size_t>(rect.width());
-    heads_.assign(stride_ * static_cast<std::size_t>(rect.height()), SampleNode());
+    const std::size_t area = stride_ * static_cast<std::size_t>(rect.height());
+    const bool divisible = rect.width() > subpixels || rect.height() > subpixels;
+    const std::size_t limit = divisible ? kMaxSamples : SampleNode::kNone;
+    if (area > limit) return false;
+    heads_.assign(area, SampleNode());
     pool_.clear();
     spans_.resize(static_cast<std::size_t>(rect.height()));
-    for (std::uint32_t i = 0; i < triangles.size(); ++i)
+    for (std::uint32_t i = 0; i < triangles.size(); ++i) {
         scanTriangle(triangle(i), i);
+        if (pool_.size() > limit) return false;
+    }
+    if (!pool_.empty()) sortLists();
+    return true;
 }
 
 void VisibilityTile::scanTriangle(const ScreenTriangle& t, std::uint32_t index) {
@@ -46,11 +54,12 @@ void VisibilityTile::scanTriangle(const ScreenTriangle& t, std::uint32_t index) 
             for (int x = xs; x <= xe; ++x, ++head) {
                 const double w = row + t.depth.a * (x + 0.5);
                 if (w == 0.0) break;  // the plane's horizon ends the row
-                insert(*head, index, opaque, static_cast<float>(1.0 / w));
+                insert(*head, {index, opaque, static_cast<float>(1.0 / w), SampleNode::kNone});
             }
         } else {
             for (int x = xs; x <= xe; ++x, ++head)
-                insert(*head, index, opaque, static_cast<float>(row + t.depth.a * (x + 0.5)));
+                insert(*head, {index, opaque, static_cast<float>(row + t.depth.a * (x + 0.5)),
+                               SampleNode::kNone});
         }
     }
 }
@@ -71,40 +80,60 @@ void VisibilityTile::widenSpans(const Vec2& a, const Vec2& b, int first, int las
     }
 }
 
-// A list is sorted by increasing depth. Of equal depths the earlier triangle is in front. An opaque
-// fragment ends its list: what would come behind it is dropped or never enters.
-inline void VisibilityTile::insert(SampleNode& head, std::uint32_t index, bool opaque,
-                                   float depth) {
+// A finished list is sorted, and its first opaque fragment ends it. While triangles come in, only
+// its front is in order, so that the cost of a fragment doesn't grow with the layers: the head is
+// the nearest fragment, and the first behind it is the nearest opaque one, if there is any.
+inline void VisibilityTile::insert(SampleNode& head, const SampleNode& node) {
     if (head.empty()) {
-        head = SampleNode(index, opaque, depth, SampleNode::kNone);
-    } else if (head.depth() > depth) {
-        const std::uint32_t next = opaque ? SampleNode::kNone : newNode(head);
-        head = SampleNode(index, opaque, depth, next);
-    } else if (head.opaque()) {
-        return;
-    } else if (head.next() == SampleNode::kNone) {
-        head.setNext(newNode(SampleNode(index, opaque, depth, SampleNode::kNone)));
-    } else {
-        insertBehind(head.next(), index, opaque, depth);
+        head = node;
+    } else if (head.depth() > node.depth()) {
+        const SampleNode before = head;
+        head = node;
+        if (node.opaque()) return;
+        head.setNext(before.next());
+        insertBehind(head, before);
+    } else if (!head.opaque()) {
+        insertBehind(head, node);
     }
 }
 
-void VisibilityTile::insertBehind(std::uint32_t at, std::uint32_t index, bool opaque, float depth) {
-    for (;;) {
-        const SampleNode current = pool_[at];
-        if (current.depth() > depth) {
-            const std::uint32_t next = opaque ? SampleNode::kNone : newNode(current);
-            pool_[at] = SampleNode(index, opaque, depth, next);
-            return;
-        }
-        if (current.opaque()) return;
-        if (current.next() == SampleNode::kNone) {
-            const std::uint32_t added =
-                newNode(SampleNode(index, opaque, depth, SampleNode::kNone));
-            pool_[at].setNext(added);
-            return;
-        }
-        at = current.next();
+void VisibilityTile::insertBehind(SampleNode& head, SampleNode node) {
+    const std::uint32_t first = head.next();
+    if (first == SampleNode::kNone || !pool_[first].opaque()) {
+        node.setNext(first);
+        head.setNext(newNode(node));
+        return;
+    }
+    if (pool_[first].inFrontOf(node)) return;
+    node.setNext(pool_[first].next());
+    if (node.opaque()) {
+        pool_[first] = node;
+        return;
+    }
+    const std::uint32_t added = newNode(node);  // moves the pool
+    pool_[first].setNext(added);
+}
+
+void VisibilityTile::sortLists() {
+    for (SampleNode& head : heads_)
+        if (head.next() != SampleNode::kNone) sortBehind(head);
+}
+
+// Puts the sorted fragments into the nodes that the list has, one after the other.
+void VisibilityTile::sortBehind(SampleNode& head) {
+    sorted_.clear();
+    for (std::uint32_t at = head.next(); at != SampleNode::kNone; at = pool_[at].next())
+        sorted_.push_back(pool_[at]);
+    if (sorted_.size() == 1) return;
+    std::sort(sorted_.begin(), sorted_.end(),
+              [](const SampleNode& a, const SampleNode& b) { return a.inFrontOf(b); });
+    std::uint32_t at = head.next();
+    for (SampleNode node : sorted_) {
+        const std::uint32_t next = pool_[at].next();
+        node.setNext(node.opaque() ? SampleNode::kNone : next);
+        pool_[at] = node;
+        if (node.opaque()) return;
+        at = next;
     }
 }
 

@@ -42,6 +42,11 @@ class SampleNode {
     std::uint32_t next() const { return next_; }
     void setNext(std::uint32_t next) { next_ = next; }
 
+    /// The order of lists: by depth, and of equal depths the earlier triangle is in front.
+    bool inFrontOf(const SampleNode& other) const {
+        return depth_ < other.depth_ || (depth_ == other.depth_ && triangle() < other.triangle());
+    }
+
     /// True for two opaque fragments of one triangle: nothing lies behind either.
     bool sameOpaque(const SampleNode& other) const {
         return triangleAndOpaque_ == other.triangleAndOpaque_ && opaque();
@@ -57,9 +62,13 @@ class SampleNode {
 
 class VisibilityTile {
   public:
+    /// More fragments than this don't lie in one tile: 12 bytes each, and as many subpixels.
+    static constexpr std::size_t kMaxSamples = std::size_t{1} << 20;
+
     /// Scan-converts `triangles`, indices into `all`, onto the subpixels of `rect`. Both must stay
-    /// as they are while the tile is read.
-    void scan(std::span<const ScreenTriangle> all, std::span<const std::uint32_t> triangles,
+    /// as they are while the tile is read. False, with the tile of no use, where they are more than
+    /// kMaxSamples, unless `rect` is a single pixel.
+    bool scan(std::span<const ScreenTriangle> all, std::span<const std::uint32_t> triangles,
               const GridRect& rect, int subpixels, bool perspective);
 
     const GridRect& subpixelRect() const { return rect_; }
@@ -93,8 +102,10 @@ class VisibilityTile {
 
     void scanTriangle(const ScreenTriangle& triangle, std::uint32_t index);
     void widenSpans(const Vec2& a, const Vec2& b, int first, int last);
-    void insert(SampleNode& head, std::uint32_t index, bool opaque, float depth);
-    void insertBehind(std::uint32_t at, std::uint32_t index, bool opaque, float depth);
+    void insert(SampleNode& head, const SampleNode& node);
+    void insertBehind(SampleNode& head, SampleNode node);
+    void sortLists();
+    void sortBehind(SampleNode& head);
     std::uint32_t newNode(const SampleNode& node);
 
     std::span<const ScreenTriangle> all_;
@@ -106,6 +117,7 @@ class VisibilityTile {
     std::vector<SampleNode> heads_;  // one a subpixel, row after row
     std::vector<SampleNode> pool_;   // all that lies behind
     std::vector<Span> spans_;        // one a row
+    std::vector<SampleNode> sorted_;
 };
 
 }  // namespace orvin

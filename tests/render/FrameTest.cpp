@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <limits>
 
+#include "render/VisibilityBuffer.h"
 #include "tests/render/TestScene.h"
 #include "toolkit/Errors.h"
 #include "toolkit/Progress.h"
@@ -117,6 +118,41 @@ TEST(Frame, OfEqualDepthsTheFirstObjectWins) {
     s.object(TestScene::rectangle(-5, -5, 5, 5), "a");
     s.object(TestScene::rectangle(-5, -5, 5, 5), "b");
     EXPECT_EQ(s.render().at(4, 4), (Pixel{255, 0, 0, 255}));
+}
+
+TEST(Frame, AbuttingTrianglesLeaveNoGapAndDontOverlap) {
+    // A clear sheet of crooked triangles: a gap or an overlap would show in alpha.
+    for (const bool perspective : {false, true}) {
+        TestScene s;
+        if (perspective) s.camera().setProjection(Projection::kPerspective);
+        s.params.width = s.params.height = 80;
+        s.params.antiAliasSize = 3;
+        s.light(LightType::kAmbient);
+        s.material("clear", {1.0F, 1.0F, 1.0F, 1.0F}, 0.5);
+        Mesh3 mesh;
+        const int cells = 40;
+        for (int j = 0; j <= cells; ++j)
+            for (int i = 0; i <= cells; ++i)
+                mesh.addVertex({(i - 20 + 0.2 * std::sin(i * 12.9 + j * 78.2)) * 2.0,
+                                (j - 20 + 0.2 * std::sin(i * 39.3 + j * 11.1)) * 2.0,
+                                perspective ? 0.3 * std::sin(i * 7.7 + j * 3.1) : 0.0});
+        for (int j = 0; j < cells; ++j)
+            for (int i = 0; i < cells; ++i) {
+                const int a = j * (cells + 1) + i;
+                const std::array<int, 3> lower{a, a + 1, a + cells + 2};
+                const std::array<int, 3> upper{a, a + cells + 2, a + cells + 1};
+                mesh.addFace(ElementKind::kPolygon, 0, lower);
+                mesh.addFace(ElementKind::kPolygon, 0, upper);
+            }
+        s.object(std::move(mesh), "clear");
+        const Picture p = s.render();
+        int wrong = 0;
+        // The first row and column take what truncates to them from outside the picture.
+        for (int y = 1; y < p.height; ++y)
+            for (int x = 1; x < p.width; ++x)
+                wrong += std::abs(p.at(x, y)[3] - 128) > 1 ? 1 : 0;
+        EXPECT_EQ(wrong, 0);
+    }
 }
 
 TEST(Frame, NearClipLeavesTheTextureWhereItWas) {
@@ -308,6 +344,41 @@ TEST(Frame, ManyLayersNeedNoStack) {
     s.object(TestScene::rectangle(-50, -50, 50, 50, -60), "wall");
     s.object(std::move(air), "air");
     EXPECT_EQ(s.render().at(1, 1), (Pixel{64, 128, 192, 255}));
+}
+
+TEST(Frame, TilesTooDeepForMemoryArePaintedInParts) {
+    // 16 clear layers over 90,000 subpixels don't fit at once; the picture is that of small tiles.
+    TestScene s(5.0);
+    s.params.width = s.params.height = 100;
+    s.params.antiAliasSize = 3;
+    s.light(LightType::kAmbient);
+    s.material("haze", {1.0F, 0.5F, 0.25F, 1.0F}, 0.9);
+    for (int i = 0; i < 8; ++i)
+        s.object(TestScene::ball(4.0 + i * 0.01, 12, 6), "haze");
+    int last = 0;
+    setProgress([&last](int current, int total) {
+        EXPECT_LE(current, total);
+        EXPECT_GE(current, last);
+        last = current;
+        return 0;
+    });
+    const Picture deep = s.render();
+    setProgress({});
+    s.params.maxTileArea = 225;
+    EXPECT_EQ(s.render(), deep);
+
+    VisibilityTile tile;
+    s.params.maxTileArea = 10000;
+    const VisibilityBuffer visibility(s.scene, nullptr, s.params);
+    int parts = 0;
+    int pixels = 0;
+    EXPECT_TRUE(visibility.visitTile(0, tile, [&](const VisibilityTile& part) {
+        ++parts;
+        pixels += part.pixelRect().width() * part.pixelRect().height();
+        return true;
+    }));
+    EXPECT_GT(parts, 1);
+    EXPECT_EQ(pixels, 100 * 100);
 }
 
 TEST(Frame, OddSizesAndEmptyScenes) {
