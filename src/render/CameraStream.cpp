@@ -74,15 +74,11 @@ Result endCamera(SceneStream& stream, Persistent& self) {
     return endCommand(stream, self);
 }
 
-/// A name that the reader would not take as one plain word needs quotes. What ends in a backslash
-/// can't stand in quotes, so those are cut.
+/// A name that the reader would not take as one plain word needs quotes.
 Result putLensType(SceneStream& stream, std::string_view name) {
     const bool plain = !name.empty() && name.find_first_of(" \t\r\n\"") == std::string_view::npos &&
                        name.front() != '#';
-    if (plain) return stream.putWord("lens-type", name);
-    while (!name.empty() && name.back() == '\\')
-        name.remove_suffix(1);
-    return stream.putText("lens-type", name);
+    return plain ? stream.putWord("lens-type", name) : stream.putText("lens-type", name);
 }
 
 }  // namespace

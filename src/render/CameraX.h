@@ -143,6 +143,7 @@ class CameraX : public TransformMember {
     double aperture() const { return aperture_; }
     Result setAperture(double millimetres);
 
+    /// Distances in world units from the eye, kept as they come: neither sign nor order is checked.
     double nearClip() const { return near_; }
     double farClip() const { return far_; }
     Result setClip(double nearDistance, double farDistance);
@@ -171,12 +172,14 @@ class CameraX : public TransformMember {
 
     /// clipFromCamera of the present projection; the offsets shift the window by that fraction of
     /// its width and height. The perspective depth entry is -1: the far plane cuts nothing off, and
-    /// the near cut lies at near far / (far - near).
+    /// the near cut lies at near far / (far - near). Entries are infinite or NaN for an aperture or
+    /// a near distance of 0 (perspective) and for equal clip distances.
     Matrix4 projectionMatrix(double screenAspect, double pixelRatio = 1.0, double offsetX = 0.0,
                              double offsetY = 0.0) const;
 
     /// The points of the near and the far plane, in camera space, seen at a screen fraction: (0, 0)
-    /// is the lower left corner, (1, 1) the upper right one.
+    /// is the lower left corner, (1, 1) the upper right one. A perspective camera needs a near
+    /// distance other than 0.
     std::pair<Vec3, Vec3> frustumCorners(double u, double v, double screenAspect,
                                          double pixelRatio = 1.0) const;
 

@@ -1,13 +1,14 @@
 #include "render/ImageFile.h"
 
 #include <filesystem>
+#include <utility>
 
 #include "render/image/ImageCache.h"
 #include "render/image/PictureOf.h"
 #include "scene/FileFlags.h"
 #include "scene/SceneStream.h"
 #include "scene/SceneX.h"
-#include "scene/Thumbnail.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -26,7 +27,7 @@ Result readImage(SceneStream& stream, Persistent& self) {
 
 bool isThere(const std::string& path) {
     std::error_code error;
-    return std::filesystem::is_regular_file(std::filesystem::path(path), error) && !error;
+    return std::filesystem::is_regular_file(platform::pathFromText(path), error) && !error;
 }
 
 }  // namespace
@@ -80,10 +81,9 @@ Result ImageFile::readBinaryPixels(SceneStream& stream, Persistent& self) {
 }
 
 Result ImageFile::adoptPixels(SceneStream& stream, ThumbnailForm form) {
-    std::unique_ptr<twPicture> picture = std::move(incoming_);
-    const Result result = readThumbnail(stream, picture.get(), form, gFileFromOtherPlatform);
-    setThumbnail(result == kSuccess ? std::move(picture) : nullptr);
-    return result;
+    const ThumbnailSize size = std::exchange(incoming_, {});
+    setThumbnail(readThumbnail(stream, size, form, gFileFromOtherPlatform));
+    return thumbnail_ ? kSuccess : kFailure;
 }
 
 const CommandRegistry& ImageFile::commandRegistry() const {

@@ -9,11 +9,10 @@
 #include <string_view>
 
 #include "scene/SceneMember.h"
+#include "scene/Thumbnail.h"
 #include "toolkit/twPicture.h"
 
 namespace orvin {
-
-enum class ThumbnailForm;
 
 /// Asked for a picture that isn't where it was: the path where it is, or nothing.
 using ImageLocator = std::function<std::optional<std::string>(const std::string& path)>;
@@ -54,7 +53,7 @@ class ImageFile final : public SceneMember {
 
     std::string path_;
     std::unique_ptr<twPicture> thumbnail_;
-    std::unique_ptr<twPicture> incoming_;  // while reading, from its size to its pixels
+    ThumbnailSize incoming_;  // while reading, until the pixels come
 };
 
 /// Reloads every image file of the scene. -1 where any wasn't found; the others are done all the

@@ -25,11 +25,12 @@ Result readImageFile(SceneStream& stream, Persistent& self) {
 
 Result readDomain(SceneStream& stream, Persistent& self) {
     MapDomain domain;
+    bool finite = true;
     for (double* value : {&domain.lowS, &domain.highS, &domain.lowT, &domain.highT}) {
         if (stream.readDouble(*value) != kSuccess) return kFailure;
-        if (!std::isfinite(*value)) return kSuccess;
+        finite = finite && std::isfinite(*value);
     }
-    imageMap(self).setDomain(domain);
+    if (finite) imageMap(self).setDomain(domain);
     return kSuccess;
 }
 

@@ -29,7 +29,8 @@ struct TextureBox {
     double tMax = 0.0;
 };
 
-/// The part of the surface that a picture covers.
+/// The part of the surface that a picture covers, in surface coordinates. Low may stand above high,
+/// which mirrors the picture; on an axis without extent every lookup meets the picture's edge.
 struct MapDomain {
     double lowS = 0.0;
     double highS = 1.0;

@@ -47,6 +47,7 @@ class LightX final : public CameraX {
     const Rgba& color() const { return color_; }
     void setColor(const Rgba& color) { color_ = color; }
 
+    /// Factor of the colour; a light of 0 or less gives nothing, but AMBIENT subtracts.
     double intensity() const { return intensity_; }
     void setIntensity(double intensity) { intensity_ = intensity; }
 
@@ -75,6 +76,7 @@ class LightX final : public CameraX {
     double darkness() const { return darkness_; }
     void setDarkness(double darkness) { darkness_ = darkness; }
 
+    /// Texels of the shadow map, as the file or the user has them: not checked.
     int shadowMapXres() const { return xres_; }
     int shadowMapYres() const { return yres_; }
     void setShadowMapXres(int texels) { xres_ = texels; }

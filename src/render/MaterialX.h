@@ -48,11 +48,11 @@ class MaterialX final : public Surface {
         std::uint32_t flags = kDiffuse | kSpecular | kTransparency;
         Rgba ambient{0.15F, 0.15F, 0.15F, 1.0F};
         Rgba diffuse{0.9F, 0.9F, 0.9F, 1.0F};
-        double specularExponent = 80.0;
-        double specularAmount = 0.2;
-        double transparency = 0.0;
-        double bumpScale = 0.0;
-        double reflectivity = 0.0;
+        double specularExponent = 80.0;  // the higher, the smaller the highlight
+        double specularAmount = 0.2;     // factor of the highlight
+        double transparency = 0.0;       // 0 solid, 1 clear
+        double bumpScale = 0.0;          // factor of the bump map's slopes
+        double reflectivity = 0.0;       // factor of the reflection map's colour
 
         bool has(std::uint32_t mask) const { return (flags & mask) != 0; }
 
@@ -87,7 +87,8 @@ class MaterialX final : public Surface {
         look_.flags = on ? look_.flags | mask : look_.flags & ~mask;
     }
 
-    // Setters of values leave the flags alone (reading a value from a file sets them).
+    // Setters of values leave the flags alone (reading a value from a file sets them) and check
+    // nothing.
     const Rgba& ambient() const { return look_.ambient; }
     const Rgba& diffuse() const { return look_.diffuse; }
     double specularExponent() const { return look_.specularExponent; }

@@ -79,33 +79,33 @@ Result writeThumbnail(SceneStream& stream, const twPicture& picture, ThumbnailFo
     return kSuccess;
 }
 
-Result readThumbnailSize(SceneStream& stream, std::unique_ptr<twPicture>& picture) {
-    int width = 0;
-    int height = 0;
-    if (stream.readInt(width) != kSuccess || stream.readInt(height) != kSuccess) return kFailure;
+Result readThumbnailSize(SceneStream& stream, ThumbnailSize& size) {
+    ThumbnailSize read;
+    if (stream.readInt(read.width) != kSuccess || stream.readInt(read.height) != kSuccess)
+        return kFailure;
     constexpr int kLimit = static_cast<int>(kThumbnailRowLimit);
-    if (width > kLimit / 3 || height > kLimit) return kFailure;
-    picture = std::make_unique<twPicture>(width, height);
+    if (read.width > kLimit / 3 || read.height > kLimit) return kFailure;
+    size = read;
     return kSuccess;
 }
 
-Result readThumbnail(SceneStream& stream, twPicture* picture, ThumbnailForm form,
-                     bool fromOtherPlatform) {
-    if (picture == nullptr || picture->empty()) return kFailure;
+std::unique_ptr<twPicture> readThumbnail(SceneStream& stream, ThumbnailSize size,
+                                         ThumbnailForm form, bool fromOtherPlatform) {
+    if (size.width <= 0 || size.height <= 0) return nullptr;
     const bool text = form == ThumbnailForm::kText;
-    const std::size_t bytes =
-        static_cast<std::size_t>(picture->width()) * (fromOtherPlatform ? 4 : 3);
-    if (bytes * (text ? 2 : 1) > kThumbnailRowLimit) return kFailure;
+    const std::size_t bytes = static_cast<std::size_t>(size.width) * (fromOtherPlatform ? 4 : 3);
+    if (bytes * (text ? 2 : 1) > kThumbnailRowLimit) return nullptr;
 
+    auto picture = std::make_unique<twPicture>(size.width, size.height);
     RowBuffer buffer;
     const auto stored = std::span(buffer).first(bytes);
     const auto row = std::span(buffer).first(rgbBytes(*picture));
-    for (int y = 0; y < picture->height(); ++y) {
+    for (int y = 0; y < size.height; ++y) {
         if (text) {
             std::string_view token;
-            if (stream.nextToken(token) != kSuccess || !parseHex(token, stored)) return kFailure;
+            if (stream.nextToken(token) != kSuccess || !parseHex(token, stored)) return nullptr;
         } else if (stream.readBytes(stored) != kSuccess) {
-            return kFailure;
+            return nullptr;
         }
         if (fromOtherPlatform) {
             dropFirsts(stored);
@@ -114,7 +114,7 @@ Result readThumbnail(SceneStream& stream, twPicture* picture, ThumbnailForm form
         }
         picture->writeRgbRow(y, row);
     }
-    return kSuccess;
+    return picture;
 }
 
 }  // namespace orvin

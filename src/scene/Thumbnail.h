@@ -16,6 +16,12 @@ namespace orvin {
 
 enum class ThumbnailForm { kBinary, kText };
 
+/// In pixels, as a stream names it ahead of the pixels.
+struct ThumbnailSize {
+    int width = 0;
+    int height = 0;
+};
+
 /// Bytes of a stream row; a picture whose rows need more has no thumbnail form.
 inline constexpr std::size_t kThumbnailRowLimit = kLineCapacity - 1;
 
@@ -23,13 +29,14 @@ inline constexpr std::size_t kThumbnailRowLimit = kLineCapacity - 1;
 /// written, for rows beyond the limit (682 pixels as text, 1365 binary), and for a failed stream.
 Result writeThumbnail(SceneStream& stream, const twPicture& picture, ThumbnailForm form);
 
-/// Reads the values of "ThumbnailSize" into a black 24-bit picture; an empty one for a size of 0 or
-/// less. -1 for missing numbers, a row beyond the limit, or a height beyond kThumbnailRowLimit.
-Result readThumbnailSize(SceneStream& stream, std::unique_ptr<twPicture>& picture);
+/// Reads the values of "ThumbnailSize". -1 for missing numbers, a row beyond the limit, or a height
+/// beyond kThumbnailRowLimit; a size of 0 or less passes, and has no pixels to read.
+Result readThumbnailSize(SceneStream& stream, ThumbnailSize& size);
 
-/// Reads the pixels behind "Thumbnail" or "BinaryThumbnail". -1 where the picture is missing or
-/// empty, a row's digits are wrong or too few, or the input ends; rows read before that stay.
-Result readThumbnail(SceneStream& stream, twPicture* picture, ThumbnailForm form,
-                     bool fromOtherPlatform);
+/// Reads the pixels behind "Thumbnail" or "BinaryThumbnail" into a 24-bit picture, for which memory
+/// is only taken now: a size alone costs nothing. Null where the size is empty or its rows don't
+/// fit, a row's digits are wrong or too few, or the input ends. Throws std::bad_alloc.
+std::unique_ptr<twPicture> readThumbnail(SceneStream& stream, ThumbnailSize size,
+                                         ThumbnailForm form, bool fromOtherPlatform);
 
 }  // namespace orvin

@@ -18,91 +18,49 @@ void expectNear(Vec3 actual, Vec3 expected, double tolerance = 1e-9) {
     EXPECT_NEAR(actual.z, expected.z, tolerance);
 }
 
-/// Where the camera stands, what it looks along and what is up and right for it.
-void expectPlace(CameraX& camera, Vec3 eye, Vec3 right, Vec3 up, Vec3 back) {
-    const Matrix4& world = camera.world();
-    expectNear(world.origin(), eye);
-    expectNear(world.direction({1, 0, 0}), right);
-    expectNear(world.direction({0, 1, 0}), up);
-    expectNear(world.direction({0, 0, 1}), back);
-}
-
 void expectSamePlace(CameraX& camera, const Matrix4& before) {
     const Matrix4& world = camera.world();
     for (int row = 0; row < 4; ++row)
         expectNear(world.row(row), before.row(row), 1e-7);
 }
 
-TEST(Camera, StartsAsTheNodeStands) {
-    SceneX scene;
-    CameraX camera(scene, "c");
-    EXPECT_EQ(camera.mode(), CameraMode::kTransform);
-    EXPECT_EQ(camera.world(), Matrix4::identity());
-    EXPECT_EQ(camera.transform().order(), "trs");
-    EXPECT_EQ(camera.transform().rotateOrder(), "zyx");
-    EXPECT_EQ(camera.eye(), (Vec3{0, 0, 100}));
-    EXPECT_EQ(camera.orthoWidth(), 400.0);
-    EXPECT_NEAR(camera.fieldOfView(), 38.58, 0.01);
-}
-
-TEST(Camera, OrbitIsATurntable) {
-    SceneX scene;
-    CameraX camera(scene, "c");
-    camera.setTarget({10, 20, 30});
-    camera.setDistance(100);
-    camera.setTumble(90, 0);
-    camera.setMode(CameraMode::kOrbit);
-    // A quarter to the left-right: it stands on +x of the target and looks back along -x.
-    expectPlace(camera, {110, 20, 30}, {0, 0, -1}, {0, 1, 0}, {1, 0, 0});
-    // -30 up-down lifts it by 100 sin 30, whatever the left-right angle: the horizon stays level.
-    camera.setTumble(90, -30);
+TEST(Camera, StandsWhereItsModeSays) {
     const double c = std::sqrt(0.75);
-    expectPlace(camera, {10 + 100 * c, 70, 30}, {0, 0, -1}, {-0.5, c, 0}, {c, 0.5, 0});
-    for (double turn = 0; turn < 360; turn += 45) {
-        camera.setTumble(turn, -30);
-        EXPECT_NEAR(camera.world().origin().y, 70.0, 1e-9);
-        EXPECT_NEAR(camera.world().direction({1, 0, 0}).y, 0.0, 1e-12);
+    const auto kOrbit = CameraMode::kOrbit;
+    const auto kHandHeld = CameraMode::kHandHeld;
+    const auto kLookAt = CameraMode::kLookAt;
+    const struct {
+        const char* caption;
+        CameraMode mode;
+        CameraPose pose;  // eye, target, distance, left-right, up-down, roll
+        Vec3 eye, right, up;
+    } cases[] = {
+        {"turned", kOrbit, {{}, {1, 2, 3}, 100, 90, 0, 0}, {101, 2, 3}, {0, 0, -1}, {0, 1, 0}},
+        // The horizon stays level.
+        {"lifted", kOrbit, {{}, {}, 100, 90, -30, 0}, {100 * c, 50, 0}, {0, 0, -1}, {-0.5, c, 0}},
+        {"upwards", kHandHeld, {{1, 2, 3}, {}, 9, 0, 90, 0}, {1, 2, 3}, {1, 0, 0}, {0, 0, 1}},
+        {"along +x", kHandHeld, {{1, 2, 3}, {}, 9, -90, 0, 0}, {1, 2, 3}, {0, 0, 1}, {0, 1, 0}},
+        {"level", kLookAt, {{3, 0, 4}, {}, 9, 0, 0, 0}, {3, 0, 4}, {0.8, 0, -0.6}, {0, 1, 0}},
+        {"on its target", kLookAt, {{}, {}, 9, 0, 0, 0}, {}, {1, 0, 0}, {0, 1, 0}},
+        {"above", kLookAt, {{0, 50, 0}, {}, 9, 0, 0, 0}, {0, 50, 0}, {1, 0, 0}, {0, 0, -1}},
+        {"below", kLookAt, {{0, -50, 0}, {}, 9, 0, 0, 0}, {0, -50, 0}, {1, 0, 0}, {0, 0, 1}},
+        {"orbit, rolled", kOrbit, {{}, {}, 9, 0, 0, 90}, {0, 0, 9}, {0, 1, 0}, {-1, 0, 0}},
+        {"hand, rolled", kHandHeld, {{0, 0, 9}, {}, 1, 0, 0, 90}, {0, 0, 9}, {0, 1, 0}, {-1, 0, 0}},
+        {"the other way", kLookAt, {{0, 0, 9}, {}, 1, 0, 0, 90}, {0, 0, 9}, {0, -1, 0}, {1, 0, 0}},
+    };
+    for (const auto& place : cases) {
+        SCOPED_TRACE(place.caption);
+        SceneX scene;
+        CameraX camera(scene, "c");
+        EXPECT_EQ(camera.world(), Matrix4::identity());
+        camera.setPose(place.pose);
+        EXPECT_EQ(camera.world(), Matrix4::identity()) << "TRANSFORM takes the node only";
+        camera.setMode(place.mode);
+        expectNear(camera.world().origin(), place.eye);
+        expectNear(camera.world().direction({1, 0, 0}), place.right);
+        expectNear(camera.world().direction({0, 1, 0}), place.up);
+        expectNear(camera.world().direction({0, 0, 1}), cross(place.right, place.up));
     }
-}
-
-TEST(Camera, RollTurnsTheCameraAboutItsOwnAxis) {
-    SceneX scene;
-    CameraX camera(scene, "c");
-    camera.setTarget({0, 0, 0});
-    camera.setEye({0, 0, 100});
-    camera.setRoll(90);
-    camera.setMode(CameraMode::kOrbit);
-    expectPlace(camera, {0, 0, 100}, {0, 1, 0}, {-1, 0, 0}, {0, 0, 1});
-    camera.setMode(CameraMode::kHandHeld);
-    expectPlace(camera, {0, 0, 100}, {0, 1, 0}, {-1, 0, 0}, {0, 0, 1});
-    camera.setMode(CameraMode::kLookAt);  // the other way
-    expectPlace(camera, {0, 0, 100}, {0, -1, 0}, {1, 0, 0}, {0, 0, 1});
-}
-
-TEST(Camera, HandHeldTurnsOnTheSpot) {
-    SceneX scene;
-    CameraX camera(scene, "c");
-    camera.setMode(CameraMode::kHandHeld);
-    camera.setEye({1, 2, 3});
-    camera.setTumble(0, 90);  // looks straight up
-    expectPlace(camera, {1, 2, 3}, {1, 0, 0}, {0, 0, 1}, {0, -1, 0});
-    camera.setTumble(-90, 0);  // looks along +x
-    expectPlace(camera, {1, 2, 3}, {0, 0, 1}, {0, 1, 0}, {-1, 0, 0});
-}
-
-TEST(Camera, LookAtHasADirectionForEveryTarget) {
-    SceneX scene;
-    CameraX camera(scene, "c");
-    camera.setMode(CameraMode::kLookAt);
-    camera.setEye({3, 0, 4});
-    camera.setTarget({0, 0, 0});
-    expectPlace(camera, {3, 0, 4}, {0.8, 0, -0.6}, {0, 1, 0}, {0.6, 0, 0.8});
-    camera.setEye({0, 0, 0});  // on the target
-    expectPlace(camera, {0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1});
-    camera.setEye({0, 50, 0});  // straight above
-    expectPlace(camera, {0, 50, 0}, {1, 0, 0}, {0, 0, -1}, {0, 1, 0});
-    camera.setEye({0, -50, 0});
-    expectPlace(camera, {0, -50, 0}, {1, 0, 0}, {0, 0, 1}, {0, -1, 0});
 }
 
 TEST(Camera, SwitchingModesLeavesThePictureAlone) {
@@ -138,20 +96,11 @@ TEST(Camera, SwitchingModesLeavesThePictureAlone) {
 TEST(Camera, AModeKeepsItsOwnValuesToTheBit) {
     SceneX scene;
     CameraX camera(scene, "c");
-    const CameraPose pose{{300, 500, 500}, {0, 0, -15}, 907, 390, -120, 15};
+    CameraPose pose{{300, 500, 500}, {0, 0, -15}, 907, 390, -120, 15};
     camera.setPose(pose);
     camera.setMode(CameraMode::kOrbit);
-    EXPECT_EQ(camera.pose().target, pose.target);
-    EXPECT_EQ(camera.pose().distance, pose.distance);
-    EXPECT_EQ(camera.pose().tumbleLeftRight, 390);
-    EXPECT_EQ(camera.pose().tumbleUpDown, -120);
-    EXPECT_EQ(camera.pose().roll, 15);
-    expectNear(camera.pose().eye, camera.world().origin());
-    camera.setMode(CameraMode::kLookAt);
-    EXPECT_EQ(camera.pose().eye, pose.eye);
-    EXPECT_EQ(camera.pose().target, pose.target);
-    EXPECT_EQ(camera.pose().roll, 15);
-    EXPECT_DOUBLE_EQ(camera.pose().distance, std::sqrt(300.0 * 300 + 500 * 500 + 515 * 515));
+    pose.eye = camera.world().origin();
+    EXPECT_EQ(camera.pose(), pose);
 }
 
 TEST(Camera, FollowsSlidersThroughEveryModeChange) {
@@ -192,31 +141,21 @@ TEST(Camera, DerivesItsValuesFromAMatrixGivenFromOutside) {
 TEST(Camera, RefusesWhatMakesNoPicture) {
     SceneX scene;
     CameraX camera(scene, "c");
-    EXPECT_EQ(camera.setLens(0), kFailure);
-    EXPECT_EQ(camera.setLens(-5), kFailure);
-    EXPECT_EQ(camera.setAperture(-1), kFailure);
-    EXPECT_EQ(camera.setFieldOfView(-10), kFailure);
-    EXPECT_EQ(camera.setFieldOfView(0), kFailure);
-    EXPECT_EQ(camera.setFieldOfView(400), kFailure);
+    for (const double angle : {-10.0, 0.0, 180.0, kNan})
+        EXPECT_EQ(camera.setFieldOfView(angle), kFailure);
     EXPECT_EQ(camera.setOrthoWidth(0), kFailure);
-    EXPECT_EQ(camera.setAspect(kNan), kFailure);
-    EXPECT_EQ(camera.setEye({kNan, 0, 0}), kFailure);
     EXPECT_EQ(camera.setMode(static_cast<CameraMode>(4)), kFailure);
     EXPECT_EQ(camera.lens(), 50.0);
-    EXPECT_EQ(camera.aperture(), 35.0);
-    EXPECT_EQ(camera.eye(), (Vec3{0, 0, 100}));
     EXPECT_EQ(camera.setAperture(0), kSuccess);
 }
 
 TEST(Camera, ViewAngleIsKeptAsAFocalLength) {
     SceneX scene;
     CameraX camera(scene, "c");
+    EXPECT_NEAR(camera.fieldOfView(), 38.58, 0.01);
     EXPECT_EQ(camera.setFieldOfView(90), kSuccess);
     EXPECT_NEAR(camera.lens(), 17.5, 1e-5);
-    for (const double angle : {1.0, 38.0, 50.0, 120.0, 179.0}) {
-        EXPECT_EQ(camera.setFieldOfView(angle), kSuccess);
-        EXPECT_NEAR(camera.fieldOfView(), angle, 1e-5);
-    }
+    EXPECT_NEAR(camera.fieldOfView(), 90.0, 1e-5);
 }
 
 /// Clip-space position after the perspective division.

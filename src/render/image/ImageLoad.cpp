@@ -3,6 +3,7 @@
 #include "render/image/FileBytes.h"
 #include "render/image/SgiReader.h"
 #include "render/image/TgaReader.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -22,7 +23,7 @@ Result loadImage(const std::string& path, ImageBuffer& image) {
     image = ImageBuffer();
     const ImageFormat format = imageFormat(path);
     if (format != ImageFormat::kSgi && format != ImageFormat::kTarga) return kFailure;
-    const auto bytes = readWholeFile(path);
+    const auto bytes = readWholeFile(platform::pathFromText(path));
     if (!bytes) return kFailure;
     Result result = format == ImageFormat::kTarga ? readTga(*bytes, image) : kFailure;
     if (result != kSuccess) result = readSgi(*bytes, image);

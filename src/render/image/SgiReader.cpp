@@ -1,9 +1,6 @@
 #include "render/image/SgiReader.h"
 
 #include <algorithm>
-#include <cstring>
-
-#include "render/image/FileBytes.h"
 
 namespace orvin {
 
@@ -116,12 +113,6 @@ Result readSgi(std::span<const std::uint8_t> bytes, ImageBuffer& image) {
     }
     image = std::move(read);
     return kSuccess;
-}
-
-Result readSgi(const std::filesystem::path& path, ImageBuffer& image) {
-    image = ImageBuffer();
-    const auto bytes = readWholeFile(path);
-    return bytes ? readSgi(*bytes, image) : kFailure;
 }
 
 }  // namespace orvin

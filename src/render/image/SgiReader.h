@@ -7,7 +7,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <span>
 
 #include "render/image/ImageBuffer.h"
@@ -20,6 +19,5 @@ namespace orvin {
 /// has been compared with what the bytes can hold; a file whose rows share their data may not swell
 /// beyond 256 times its size (small pictures of up to 16 MiB aside). Throws std::bad_alloc.
 Result readSgi(std::span<const std::uint8_t> bytes, ImageBuffer& image);
-Result readSgi(const std::filesystem::path& path, ImageBuffer& image);
 
 }  // namespace orvin

@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <cstring>
 
-#include "render/image/FileBytes.h"
-
 namespace orvin {
 
 namespace {
@@ -146,12 +144,6 @@ Result readTga(std::span<const std::uint8_t> bytes, ImageBuffer& image) {
     if (header.pixelBytes == 4) makeOpaqueIfClear(out, header.width * header.height);
     image = std::move(read);
     return kSuccess;
-}
-
-Result readTga(const std::filesystem::path& path, ImageBuffer& image) {
-    image = ImageBuffer();
-    const auto bytes = readWholeFile(path);
-    return bytes ? readTga(*bytes, image) : kFailure;
 }
 
 }  // namespace orvin

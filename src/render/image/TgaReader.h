@@ -12,7 +12,6 @@
 #pragma once
 
 #include <cstdint>
-#include <filesystem>
 #include <span>
 
 #include "render/image/ImageBuffer.h"
@@ -25,6 +24,5 @@ namespace orvin {
 /// of kind kNone. Nothing is allocated before the size has been compared with what the bytes can
 /// hold. Throws std::bad_alloc.
 Result readTga(std::span<const std::uint8_t> bytes, ImageBuffer& image);
-Result readTga(const std::filesystem::path& path, ImageBuffer& image);
 
 }  // namespace orvin

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 
 namespace orvin::platform {
 
@@ -21,6 +22,10 @@ void preferLargePages(void* memory, std::size_t bytes);
 /// Opens a new, empty temporary file for reading and writing ("w+b"). It is removed from the disk
 /// when it is closed, or when the process dies, at the latest. Null on failure.
 std::FILE* openTemporaryFile();
+
+/// The path that a text of a file, or of the host, names. On Windows the text is UTF-8 or, where it
+/// can't be, of the system's code page; elsewhere its bytes are the path. Never fails on odd bytes.
+std::filesystem::path pathFromText(std::string_view text);
 
 /// Opens a file whose name may hold any characters (fopen with a wide name on Windows).
 std::FILE* openFile(const std::filesystem::path& path, const char* mode);

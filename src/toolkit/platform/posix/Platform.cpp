@@ -63,6 +63,10 @@ std::FILE* openTemporaryFile() {
     return file;
 }
 
+std::filesystem::path pathFromText(std::string_view text) {
+    return text;
+}
+
 std::FILE* openFile(const std::filesystem::path& path, const char* mode) {
     return std::fopen(path.c_str(), mode);
 }

@@ -62,6 +62,19 @@ std::FILE* openTemporaryFile() {
     return file;
 }
 
+std::filesystem::path pathFromText(std::string_view text) {
+    const int bytes = static_cast<int>(text.size());
+    UINT page = CP_UTF8;
+    int size = MultiByteToWideChar(page, MB_ERR_INVALID_CHARS, text.data(), bytes, nullptr, 0);
+    if (size == 0) {
+        page = CP_ACP;
+        size = MultiByteToWideChar(page, 0, text.data(), bytes, nullptr, 0);
+    }
+    std::wstring wide(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(page, 0, text.data(), bytes, wide.data(), size);
+    return wide;
+}
+
 std::FILE* openFile(const std::filesystem::path& path, const char* mode) {
     std::wstring wide;
     for (const char* c = mode; *c != '\0'; ++c)
