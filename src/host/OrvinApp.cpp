@@ -1,10 +1,13 @@
 #include "host/OrvinApp.h"
 
 #include <array>
+#include <filesystem>
 #include <new>
+#include <vector>
 
 #include "host/Failure.h"
 #include "host/PlaceholderLayer.h"
+#include "interchange/ModelFormats.h"
 #include "render/CameraX.h"
 #include "setup/StartUp.h"
 #include "toolkit/Questions.h"
@@ -96,12 +99,22 @@ int OrvinApp::StartupDialog() {
             return 0;
         case StartupChoice::kImportModel:
             newScene();
-            reportMissing("3D models");
+            importModels();
             return 0;
         case StartupChoice::kCancel:
             break;
     }
     return 1;
+}
+
+void OrvinApp::importModels() {
+    std::filesystem::path path;
+    ModelFileType format{};
+    std::vector<ObjectP*> made;
+    if (chooseImportFile(path, format) != kSuccess) return;
+    if (importModel(*scene(), path, format, &made) != kSuccess) return;
+    for (ObjectP* object : made)
+        scene()->moveToSet(preferences_.defaultGroup, object, false);
 }
 
 void OrvinApp::reportMissing(std::string_view what) {

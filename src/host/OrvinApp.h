@@ -114,6 +114,7 @@ class OrvinApp {
     void setSetUpWindow(std::unique_ptr<SetUpWindow> window) { setUpWindow_ = std::move(window); }
 
   private:
+    void importModels();
     void reportMissing(std::string_view what);
 
     OrvinPreferences preferences_;

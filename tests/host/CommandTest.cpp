@@ -111,6 +111,58 @@ TEST_F(Command, AChangedParameterWaitsForTheUpdateOfTheDisplay) {
     EXPECT_TRUE(gUiRefreshed);
 }
 
+PF_Err acceptParamUi(PF_ProgPtr, PF_ParamIndex, const PF_ParamDef*) {
+    return PF_Err_NONE;
+}
+
+TEST_F(Command, ARefusedSuiteEndsTheFrameWithAMessage) {
+    PF_LayerDef world{};
+    host.world = &world;
+    EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), 516);
+    EXPECT_STREQ(host.out.return_msg, "After Effects Plugin error occurred during operation.");
+    EXPECT_NE(host.out.out_flags & PF_OutFlag_DISPLAY_ERROR_MESSAGE, 0);
+    EXPECT_EQ(host.handleCount(), 1U) << "the reserve goes back";
+}
+
+TEST_F(Command, AFrameIsPosedDrawnAndAsksForAFreshDisplayOnce) {
+    const PF_ParamUtilsSuite utils{acceptParamUi};
+    host.suites[{"PF Param Utils Suite", 3}] = &utils;
+    std::vector<PF_Pixel> pixels(16 * 8, PF_Pixel{9, 9, 9, 9});
+    PF_LayerDef world{};
+    world.world_flags = PF_WorldFlag_WRITEABLE;
+    world.data = pixels.data();
+    world.rowbytes = 16 * 4;
+    world.width = 16;
+    world.height = 8;
+    host.world = &world;
+    host.currentTime = 5;
+    host.params[param::kCameraType].u.pd.value = 1;
+    host.params[param::kCameraDistance].u.fd.value = 400 * 65536;
+    app().renderState().viewer.background = {0.0F, 1.0F, 0.0F};
+
+    gUiRefreshed = false;
+    EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), 0);
+    EXPECT_EQ(record().paramsApplied, 1);
+    EXPECT_EQ(record().lastPoseTime, 5);
+    EXPECT_DOUBLE_EQ(app().camera()->distance(), 400.0);
+    EXPECT_EQ(host.out.out_flags, PF_OutFlag_REFRESH_UI);
+    for (const PF_Pixel& p : pixels) {
+        ASSERT_EQ(p.alpha, 255);
+        ASSERT_EQ(p.red, 0);
+        ASSERT_EQ(p.green, 255);
+    }
+    EXPECT_EQ(host.handleCount(), 1U);
+
+    EXPECT_EQ(host.call(PF_Cmd_UPDATE_PARAMS_UI, sequence), 0);
+    EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), 0);
+    EXPECT_EQ(host.out.out_flags, 0);
+    EXPECT_FALSE(gUiRefreshed);
+
+    host.abortAnswer = PF_Interrupt_CANCEL;
+    EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), PF_Interrupt_CANCEL);
+    EXPECT_EQ(host.checkedOut, 0);
+}
+
 class TestWindow final : public SetUpWindow {
   public:
     explicit TestWindow(std::function<void()> work) : work_(std::move(work)) {}

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 
 #include "host/Flatten.h"
 #include "host/HostState.h"
@@ -85,7 +87,7 @@ TEST_F(LifeCycle, CancellingTheStartupDialogFailsTheSetUp) {
 }
 
 TEST_F(LifeCycle, EveryOtherButtonGivesASceneAndOwnsUpToWhatIsMissing) {
-    for (const int button : {1, 2, 3, 4}) {
+    for (const int button : {1, 2, 3}) {
         user.messages.clear();
         user.button = button;
         PF_Handle sequence = setUp();
@@ -96,6 +98,22 @@ TEST_F(LifeCycle, EveryOtherButtonGivesASceneAndOwnsUpToWhatIsMissing) {
     }
     EXPECT_EQ(user.questionsAsked.front(),
               "Select 3D Orvinex Scene file or click Cancel to create an Object");
+}
+
+TEST_F(LifeCycle, AnInstanceMayStartWithAModelOfTheUsers) {
+    const auto path = std::filesystem::temp_directory_path() / "orvinex-startup-model.obj";
+    std::ofstream(path) << "g Tile\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+    user.button = 4;
+    user.file = path;
+    PF_Handle sequence = setUp();
+    std::filesystem::remove(path);
+    EXPECT_EQ(user.questionsAsked, std::vector<std::string>{"Select File to Import"});
+    const SceneX& scene = *appOf(sequence).scene();
+    ASSERT_EQ(scene.count(MemberKind::kObject), 1U);
+    const auto* object =
+        dynamic_cast<const TransformMember*>(scene.members(MemberKind::kObject)[0]);
+    EXPECT_EQ(object->parent(), scene.set(1));
+    setDown(sequence);
 }
 
 TEST_F(LifeCycle, ACommandThatComesWhileAnotherIsServedDoesNothing) {
