@@ -9,8 +9,8 @@
 namespace orvin {
 
 /// Builds the Sets, the three cameras, the protected default material and style, and the lights: an
-/// ambient one first, then three directional ones. With `withObject` the style gets a bevelled
-/// edge. Style and edge come with the classes that registerMemberClasses() knows.
+/// ambient one first, then three directional ones. The style is there once registerMemberClasses()
+/// knows its class. `withObject` asks for a bevelled edge on it; there is none to give yet.
 std::unique_ptr<SceneX> buildDefaultScene(std::string_view name, bool withObject);
 
 }  // namespace orvin
