@@ -10,6 +10,7 @@ namespace orvin {
 void registerMemberClasses() {
     registerSceneClasses();
     registerGeometryClasses();
+    registerExtrusionClasses();
     registerRenderClasses();
     installModelHooks();
 }
