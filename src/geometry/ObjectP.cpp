@@ -158,7 +158,8 @@ struct ObjectP::Commands : CommandRegistry {
     static Result save(SceneStream& stream, Persistent& self) {
         std::string path;
         if (stream.readText(path, kFileNameLimit + 1) != kSuccess) return kFailure;
-        return object(self).save(path);
+        // A project from elsewhere must not overwrite files by being opened.
+        return stream.mayWriteFiles ? object(self).save(path) : kFailure;
     }
     static Result begin(SceneStream& stream, Persistent& self) {
         ObjectP& target = object(self);

@@ -105,6 +105,7 @@ Result OrvinSceneManager::readProject(SceneStream& stream, bool locateImages) {
     startScenes(std::make_unique<SceneX>());
     cutShort_ = false;
     const FlagScope platform(gFileFromOtherPlatform, false);
+    stream.mayWriteFiles = false;
     std::size_t openBlocks = 0;
     const Result result = loadBlock(stream, *this, &openBlocks);
     if (result != kSuccess) return result;

@@ -94,6 +94,10 @@ class SceneStream : protected ChunkSource {
     Result readBool(bool& value);                 // readInt, non-zero is true
     Result readText(std::string& value, std::size_t capacity = kNameCapacity);
 
+    /// False while input of unknown origin is read (a project): commands that write files of their
+    /// own then refuse.
+    bool mayWriteFiles = true;
+
     // ---- command stack
 
     void push(Persistent& object) { stack_.push_back(&object); }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "geometry/GeometryClasses.h"
+#include "geometry/ModelHooks.h"
 #include "geometry/ObjectP.h"
 #include "geometry/SmoothNormals.h"
 #include "geometry/Surface.h"
@@ -332,6 +333,24 @@ TEST_F(ObjectPTest, FacesFindTheirMaterial) {
         EXPECT_EQ(object.faceMaterial(face), &fallback) << face;
     red.setName("crimson");
     EXPECT_EQ(object.materialName(3), "crimson");
+}
+
+TEST(ObjectP, WritesNoFilesWhileAProjectIsRead) {
+    static int saves = 0;
+    const ModelHooks before = modelHooks();
+    setModelHooks({nullptr, [](const std::string&, const Mesh3&, const std::string&) -> Result {
+                       ++saves;
+                       return kSuccess;
+                   }});
+    SceneX scene;
+    ObjectP& object = scene.make<ObjectP>("model");
+    for (const bool allowed : {true, false}) {
+        MemoryStream stream(&object, "save \"elsewhere.obj\"\n");
+        stream.mayWriteFiles = allowed;
+        EXPECT_EQ(stream.runTopCommand(), allowed ? kSuccess : kFailure);
+        EXPECT_EQ(saves, 1);
+    }
+    setModelHooks(before);
 }
 
 }  // namespace
