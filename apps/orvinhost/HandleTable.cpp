@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <set>
 
 namespace orvin::stand_in {
 namespace {
@@ -201,6 +202,22 @@ std::vector<std::uint8_t> HandleTable::bytes(PF_Handle handle) const {
     if (found == blocks_.end() || found->second->disposed) return {};
     const std::uint8_t* data = found->second->memory.get() + kGuard;
     return std::vector<std::uint8_t>(data, data + found->second->size);
+}
+
+bool HandleTable::holdsAddress(std::span<const std::uint8_t> bytes) const {
+    const std::lock_guard<std::mutex> guard(mutex_);
+    std::set<std::uintptr_t> addresses;
+    for (const auto& entry : blocks_) {
+        if (entry.second->disposed) continue;
+        addresses.insert(reinterpret_cast<std::uintptr_t>(entry.first));
+        addresses.insert(reinterpret_cast<std::uintptr_t>(entry.second->master));
+    }
+    for (std::size_t i = 0; i + sizeof(std::uintptr_t) <= bytes.size(); i += 4) {
+        std::uintptr_t word = 0;
+        std::memcpy(&word, bytes.data() + i, sizeof word);
+        if (addresses.count(word) != 0) return true;
+    }
+    return false;
 }
 
 void HandleTable::checkAfterCommand() {

@@ -15,6 +15,7 @@
 #include <mutex>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace orvin::stand_in {
 
@@ -45,6 +46,8 @@ class HandleTable {
     void hostDispose(PF_Handle handle);
     bool alive(PF_Handle handle) const;
     std::vector<std::uint8_t> bytes(PF_Handle handle) const;
+    /// Whether the address of a living handle, or of its data, stands in `bytes`.
+    bool holdsAddress(std::span<const std::uint8_t> bytes) const;
 
     /// End of a command: locks of the effect's that are left over (they are taken back then), and
     /// overruns.

@@ -1,0 +1,201 @@
+#include "orvinhost/Commands.h"
+
+#include "common/Files.h"
+#include "orvinhost/RenderJob.h"
+#include "orvinhost/Session.h"
+
+#include <cstdio>
+#include <exception>
+
+namespace orvin::stand_in {
+namespace {
+
+constexpr const char* kProgram = "orvinhost";
+
+// Runs the body of a command; whatever goes wrong, the effect is set down and the account given.
+template <typename Body>
+int withSession(const SessionOptions& options, Body body) {
+    Session session(options);
+    bool failed = false;
+    try {
+        session.startModule();
+        body(session);
+    } catch (const apps::Failure& failure) {
+        std::fprintf(stderr, "%s: %s\n", kProgram, failure.what());
+        failed = true;
+    }
+    return session.finish(failed);
+}
+
+void writeOut(const apps::ParsedOptions& parsed, const std::string& text) {
+    if (parsed.has("--out"))
+        apps::writeText(parsed.value("--out"), text);
+    else
+        std::fputs(text.c_str(), stdout);
+}
+
+int render(const apps::ParsedOptions& parsed) {
+    RenderJob job = renderJob(parsed);
+    return withSession(job.session, [&job](Session& session) { job.run(session); });
+}
+
+int params(const apps::ParsedOptions& parsed) {
+    const SessionOptions options = sessionOptions(parsed);
+    return withSession(options, [&parsed](Session& session) {
+        writeOut(parsed, session.host().params().json().dump(2) + "\n");
+    });
+}
+
+int about(const apps::ParsedOptions& parsed) {
+    const SessionOptions options = sessionOptions(parsed);
+    return withSession(options, [](Session& session) {
+        const Outcome outcome = session.instance().about();
+        Session::require(outcome, PF_Cmd_ABOUT);
+        std::printf("%s\n", outcome.message.c_str());
+    });
+}
+
+PF_Point point(const std::string& text, const char* what) {
+    const std::size_t comma = text.find(',');
+    if (comma == std::string::npos)
+        throw apps::UsageError(std::string(what) + ": \"" + text + "\" isn't X,Y");
+    return {apps::wholeOption(text.substr(0, comma), what, -30000, 30000),
+            apps::wholeOption(text.substr(comma + 1), what, -30000, 30000)};
+}
+
+int panel(const apps::ParsedOptions& parsed) {
+    SessionOptions options = sessionOptions(parsed);
+    if (!options.project && !options.flat) throw apps::UsageError("a project is missing");
+    if (!parsed.has("--out")) throw apps::UsageError("--out is missing");
+    options.firstFrame = apps::wholeOption(parsed.value("--frame", "0"), "--frame", -1000000, 1000000);
+    options.settings.duration =
+        std::max(options.settings.duration, static_cast<int>(options.firstFrame) + 1);
+    std::vector<PF_Point> path;
+    for (const std::string& text : parsed.all("--drag")) path.push_back(point(text, "--drag"));
+    const std::string click = parsed.value("--click");
+    if (click.empty() && !path.empty()) throw apps::UsageError("--drag wants --click before it");
+    const PF_Point first = click.empty() ? PF_Point{} : point(click, "--click");
+    return withSession(options, [&](Session& session) {
+        const double frame = session.options().firstFrame;
+        session.openInstance();
+        session.drawPanel(frame);
+        if (!click.empty()) {
+            Session::require(session.instance().click(frame, first, path), PF_Cmd_EVENT);
+            session.drawPanel(frame);
+        }
+        if (session.host().panel().drawn() == 0)
+            throw apps::Failure("the effect drew nothing into its panel");
+        apps::writePng(parsed.value("--out"), session.host().panel().picture());
+    });
+}
+
+int dialog(const apps::ParsedOptions& parsed) {
+    const SessionOptions options = sessionOptions(parsed);
+    return withSession(options, [&parsed](Session& session) {
+        session.openInstance();
+        if ((session.host().outFlags & PF_OutFlag_I_DO_DIALOG) == 0)
+            throw apps::Failure("the effect has no dialog");
+        Session::require(session.instance().doDialog(0.0), PF_Cmd_DO_DIALOG);
+        if (!parsed.has("--save-flat")) return;
+        std::vector<std::uint8_t> flat;
+        Session::require(session.instance().flatten(flat), PF_Cmd_SEQUENCE_FLATTEN);
+        Session::require(session.instance().resetup(), PF_Cmd_SEQUENCE_RESETUP);
+        apps::writeFile(parsed.value("--save-flat"), flat);
+    });
+}
+
+int rules(const apps::ParsedOptions&) {
+    for (const RuleText& rule : allRules())
+        std::printf("%-24s %s %s\n", rule.id, rule.weight == Weight::kBroken ? "rule   " : "oddity ",
+                    rule.text);
+    return apps::kExitDone;
+}
+
+std::vector<apps::OptionSpec> with(std::vector<apps::OptionSpec> first) {
+    const std::vector<apps::OptionSpec> shared = sessionOptionSpecs();
+    first.insert(first.end(), shared.begin(), shared.end());
+    return first;
+}
+
+}  // namespace
+
+const std::vector<Command>& commands() {
+    static const std::vector<Command> all{
+        {{"render", "PROJECT.twp --out DIR/frame-%04d.png", 0, 1,
+          "Renders frames of a project through the effect, as PNG with straight alpha.\n"
+          "The effect goes through its whole life, with a flatten and re-setup after the first "
+          "frame.",
+          with({{"--out", "PATTERN", "where the frames go, like out/frame-%04d.png"},
+                {"--frames", "A-B[:STEP]", "frames of the layer (all of --duration, or 0)"},
+                {"--save-flat", "FILE", "writes the flat data that a host project would store"},
+                {"--reload", "", "after the first frame, set the instance down and open it again "
+                                 "from its flat data"}}),
+          {"orvinhost render logo.twp --out out/frame-%04d.png --size 1280x720 --frames 0-59",
+           "orvinhost render logo.twp --out still.png --keys keys.json --comp comp.json",
+           "orvinhost render logo.twp --out half.png --downsample 2 --quality draft",
+           "orvinhost render logo.twp --out x.png --abort-after 10 --report report.json"}},
+         render},
+        {{"params", "", 0, 0, "Prints the parameter list as the effect adds it, as JSON.",
+          with({{"--out", "FILE.json", "into a file"}}),
+          {"orvinhost params > params.json", "orvinhost params --host 12.10"}},
+         params},
+        {{"panel", "PROJECT.twp --out PANEL.png", 0, 1,
+          "Draws the effect's panel into a picture, after a click or drag if asked.",
+          with({{"--out", "PNG", "where the picture goes"},
+                {"--frame", "N", "frame of the layer (0)"},
+                {"--click", "X,Y", "click at a point of the control first"},
+                {"--drag", "X,Y", "drag on to a point; may be repeated"}}),
+          {"orvinhost panel logo.twp --out panel.png",
+           "orvinhost panel logo.twp --out turned.png --click 160,130 --drag 200,130 --drag 240,130"}},
+         panel},
+        {{"dialog", "PROJECT.twp", 0, 1,
+          "Opens the Set-Up window of the effect (where the platform has windows).",
+          with({{"--save-flat", "FILE", "writes the flat data after the dialog"}}),
+          {"orvinhost dialog logo.twp"}},
+         dialog},
+        {{"about", "", 0, 0, "Prints what the effect says about itself.", with({}),
+          {"orvinhost about"}},
+         about},
+        {{"rules", "", 0, 0, "Lists the rules that the effect is held to.", {}, {"orvinhost rules"}},
+         rules},
+    };
+    return all;
+}
+
+int runProgram(std::span<const std::string> arguments) {
+    constexpr const char* kPurpose =
+        "Plays the host for the effect: loads the module, renders through its entry, and says\n"
+        "which of the host's rules it broke.";
+    std::vector<apps::CommandSpec> specs;
+    for (const Command& command : commands()) specs.push_back(command.spec);
+    const std::string name = arguments.empty() ? "" : arguments[0];
+    if (name == "--help" || name == "-h" || name == "help") {
+        std::fputs(apps::programHelp(kProgram, kPurpose, specs).c_str(), stdout);
+        return apps::kExitDone;
+    }
+    if (name == "--list-rules") return rules({});
+    for (const Command& command : commands()) {
+        if (command.spec.name != name) continue;
+        const std::span<const std::string> rest = arguments.subspan(1);
+        for (const std::string& argument : rest)
+            if (argument == "--help" || argument == "-h") {
+                std::fputs(apps::commandHelp(kProgram, command.spec).c_str(), stdout);
+                return apps::kExitDone;
+            }
+        try {
+            return command.run(apps::parseOptions(command.spec, rest));
+        } catch (const apps::UsageError& error) {
+            std::fprintf(stderr, "%s: %s\n%s\n", kProgram, error.what(),
+                         apps::usageLine(kProgram, command.spec).c_str());
+            return apps::kExitUsage;
+        } catch (const std::exception& error) {
+            std::fprintf(stderr, "%s: %s\n", kProgram, error.what());
+            return apps::kExitFailed;
+        }
+    }
+    if (!name.empty()) std::fprintf(stderr, "%s: unknown command \"%s\"\n", kProgram, name.c_str());
+    std::fprintf(stderr, "usage: %s render|params|panel|dialog|about|rules ... (--help)\n", kProgram);
+    return apps::kExitUsage;
+}
+
+}  // namespace orvin::stand_in
