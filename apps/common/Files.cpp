@@ -79,7 +79,8 @@ FramePattern::FramePattern(std::string_view pattern) {
         }
         int digits = 0;
         if (i < pattern.size() && pattern[i] == '0') ++i;
-        if (i < pattern.size() && pattern[i] >= '1' && pattern[i] <= '9') digits = pattern[i++] - '0';
+        if (i < pattern.size() && pattern[i] >= '1' && pattern[i] <= '9')
+            digits = pattern[i++] - '0';
         if (i >= pattern.size() || pattern[i] != 'd' || numbered_)
             throw UsageError("\"" + std::string(pattern) +
                              "\": a file pattern has one number, like %d or %04d");
@@ -93,7 +94,8 @@ std::filesystem::path FramePattern::path(int frame) const {
     if (!numbered_) return before_;
     char text[24];
     std::string number(text, writeWhole(text, frame < 0 ? -static_cast<long long>(frame) : frame));
-    const std::size_t width = static_cast<std::size_t>(digits_) - (frame < 0 && digits_ > 0 ? 1 : 0);
+    const std::size_t width =
+        static_cast<std::size_t>(digits_) - (frame < 0 && digits_ > 0 ? 1 : 0);
     if (number.size() < width) number.insert(0, width - number.size(), '0');
     if (frame < 0) number.insert(0, 1, '-');
     return before_ + number + after_;

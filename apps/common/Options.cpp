@@ -119,7 +119,8 @@ std::string commandHelp(std::string_view program, const CommandSpec& command) {
         text += "  " + left + "  " + option.help + "\n";
     }
     if (!command.examples.empty()) text += "\nexamples:\n";
-    for (const std::string& example : command.examples) text += "  " + example + "\n";
+    for (const std::string& example : command.examples)
+        text += "  " + example + "\n";
     return text;
 }
 
@@ -128,7 +129,8 @@ std::string programHelp(std::string_view program, std::string_view purpose,
     std::string text = "usage: " + std::string(program) + " COMMAND [arguments] [options]\n\n" +
                        std::string(purpose) + "\n\ncommands:\n";
     std::size_t column = 0;
-    for (const CommandSpec& command : commands) column = std::max(column, command.name.size());
+    for (const CommandSpec& command : commands)
+        column = std::max(column, command.name.size());
     for (const CommandSpec& command : commands) {
         std::string name = command.name;
         name.resize(column, ' ');

@@ -15,7 +15,9 @@ struct Picture {
 
     Picture() = default;
     Picture(int w, int h)
-        : width(w), height(h), rgba(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * 4) {}
+        : width(w),
+          height(h),
+          rgba(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * 4) {}
     std::uint8_t* pixel(int x, int y) { return rgba.data() + offset(x, y); }
     const std::uint8_t* pixel(int x, int y) const { return rgba.data() + offset(x, y); }
 

@@ -99,7 +99,8 @@ A_Err getEffectCamera(PF_ProgPtr effectRef, const A_Time* time, AEGP_LayerH* cam
 
 void toHost(const Matrix4& from, A_Matrix4& to) {
     for (std::size_t r = 0; r < 4; ++r)
-        for (std::size_t c = 0; c < 4; ++c) to.mat[r][c] = from.m[r][c];
+        for (std::size_t c = 0; c < 4; ++c)
+            to.mat[r][c] = from.m[r][c];
 }
 
 A_Err getEffectCameraMatrix(PF_ProgPtr effectRef, const A_Time* time, A_Matrix4* matrix,
@@ -190,8 +191,7 @@ A_Err isLayer3D(AEGP_LayerH layer, A_Boolean* is3D) {
     return A_Err_NONE;
 }
 
-A_Err isVideoActive(AEGP_LayerH layer, AEGP_LTimeMode mode, const A_Time* time,
-                    A_Boolean* active) {
+A_Err isVideoActive(AEGP_LayerH layer, AEGP_LTimeMode mode, const A_Time* time, A_Boolean* active) {
     constexpr const char* kName = "AEGP_IsVideoActive";
     const CompLayer* found = enterLayer(kName, layer);
     if (found == nullptr || !goodTime(time, kName) || !goodPlace(active, kName))

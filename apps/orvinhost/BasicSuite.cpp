@@ -9,8 +9,7 @@ namespace {
 
 SPErr acquireSuite(const char* name, std::int32_t version, const void** suite) {
     Host* host = Host::active();
-    return host == nullptr ? kSPSuiteNotFoundError
-                           : host->suites().acquire(name, version, suite);
+    return host == nullptr ? kSPSuiteNotFoundError : host->suites().acquire(name, version, suite);
 }
 
 SPErr releaseSuite(const char* name, std::int32_t version) {
@@ -50,8 +49,8 @@ SPErr undefined() {
 }  // namespace
 
 SPBasicSuite basicSuiteTable() {
-    return {acquireSuite, releaseSuite, isEqual, allocateBlock, freeBlock, reallocateBlock,
-            undefined};
+    return {acquireSuite, releaseSuite,    isEqual,  allocateBlock,
+            freeBlock,    reallocateBlock, undefined};
 }
 
 }  // namespace orvin::stand_in

@@ -67,11 +67,13 @@ int panel(const apps::ParsedOptions& parsed) {
     SessionOptions options = sessionOptions(parsed);
     if (!options.project && !options.flat) throw apps::UsageError("a project is missing");
     if (!parsed.has("--out")) throw apps::UsageError("--out is missing");
-    options.firstFrame = apps::wholeOption(parsed.value("--frame", "0"), "--frame", -1000000, 1000000);
+    options.firstFrame =
+        apps::wholeOption(parsed.value("--frame", "0"), "--frame", -1000000, 1000000);
     options.settings.duration =
         std::max(options.settings.duration, static_cast<int>(options.firstFrame) + 1);
     std::vector<PF_Point> path;
-    for (const std::string& text : parsed.all("--drag")) path.push_back(point(text, "--drag"));
+    for (const std::string& text : parsed.all("--drag"))
+        path.push_back(point(text, "--drag"));
     const std::string click = parsed.value("--click");
     if (click.empty() && !path.empty()) throw apps::UsageError("--drag wants --click before it");
     const PF_Point first = click.empty() ? PF_Point{} : point(click, "--click");
@@ -106,8 +108,8 @@ int dialog(const apps::ParsedOptions& parsed) {
 
 int rules(const apps::ParsedOptions&) {
     for (const RuleText& rule : allRules())
-        std::printf("%-24s %s %s\n", rule.id, rule.weight == Weight::kBroken ? "rule   " : "oddity ",
-                    rule.text);
+        std::printf("%-24s %s %s\n", rule.id,
+                    rule.weight == Weight::kBroken ? "rule   " : "oddity ", rule.text);
     return apps::kExitDone;
 }
 
@@ -121,42 +123,68 @@ std::vector<apps::OptionSpec> with(std::vector<apps::OptionSpec> first) {
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> all{
-        {{"render", "PROJECT.twp --out DIR/frame-%04d.png", 0, 1,
+        {{"render",
+          "PROJECT.twp --out DIR/frame-%04d.png",
+          0,
+          1,
           "Renders frames of a project through the effect, as PNG with straight alpha.\n"
           "The effect goes through its whole life, with a flatten and re-setup after the first "
           "frame.",
           with({{"--out", "PATTERN", "where the frames go, like out/frame-%04d.png"},
                 {"--frames", "A-B[:STEP]", "frames of the layer (all of --duration, or 0)"},
                 {"--save-flat", "FILE", "writes the flat data that a host project would store"},
-                {"--reload", "", "after the first frame, set the instance down and open it again "
-                                 "from its flat data"}}),
+                {"--reload", "",
+                 "after the first frame, set the instance down and open it again "
+                 "from its flat data"}}),
           {"orvinhost render logo.twp --out out/frame-%04d.png --size 1280x720 --frames 0-59",
            "orvinhost render logo.twp --out still.png --keys keys.json --comp comp.json",
            "orvinhost render logo.twp --out half.png --downsample 2 --quality draft",
            "orvinhost render logo.twp --out x.png --abort-after 10 --report report.json"}},
          render},
-        {{"params", "", 0, 0, "Prints the parameter list as the effect adds it, as JSON.",
+        {{"params",
+          "",
+          0,
+          0,
+          "Prints the parameter list as the effect adds it, as JSON.",
           with({{"--out", "FILE.json", "into a file"}}),
           {"orvinhost params > params.json", "orvinhost params --host 12.10"}},
          params},
-        {{"panel", "PROJECT.twp --out PANEL.png", 0, 1,
+        {{"panel",
+          "PROJECT.twp --out PANEL.png",
+          0,
+          1,
           "Draws the effect's panel into a picture, after a click or drag if asked.",
           with({{"--out", "PNG", "where the picture goes"},
                 {"--frame", "N", "frame of the layer (0)"},
                 {"--click", "X,Y", "click at a point of the control first"},
                 {"--drag", "X,Y", "drag on to a point; may be repeated"}}),
           {"orvinhost panel logo.twp --out panel.png",
-           "orvinhost panel logo.twp --out turned.png --click 160,130 --drag 200,130 --drag 240,130"}},
+           "orvinhost panel logo.twp --out turned.png --click 160,130 --drag 200,130 --drag "
+           "240,130"}},
          panel},
-        {{"dialog", "PROJECT.twp", 0, 1,
+        {{"dialog",
+          "PROJECT.twp",
+          0,
+          1,
           "Opens the Set-Up window of the effect (where the platform has windows).",
           with({{"--save-flat", "FILE", "writes the flat data after the dialog"}}),
           {"orvinhost dialog logo.twp"}},
          dialog},
-        {{"about", "", 0, 0, "Prints what the effect says about itself.", with({}),
+        {{"about",
+          "",
+          0,
+          0,
+          "Prints what the effect says about itself.",
+          with({}),
           {"orvinhost about"}},
          about},
-        {{"rules", "", 0, 0, "Lists the rules that the effect is held to.", {}, {"orvinhost rules"}},
+        {{"rules",
+          "",
+          0,
+          0,
+          "Lists the rules that the effect is held to.",
+          {},
+          {"orvinhost rules"}},
          rules},
     };
     return all;
@@ -167,7 +195,8 @@ int runProgram(std::span<const std::string> arguments) {
         "Plays the host for the effect: loads the module, renders through its entry, and says\n"
         "which of the host's rules it broke.";
     std::vector<apps::CommandSpec> specs;
-    for (const Command& command : commands()) specs.push_back(command.spec);
+    for (const Command& command : commands())
+        specs.push_back(command.spec);
     const std::string name = arguments.empty() ? "" : arguments[0];
     if (name == "--help" || name == "-h" || name == "help") {
         std::fputs(apps::programHelp(kProgram, kPurpose, specs).c_str(), stdout);
@@ -194,7 +223,8 @@ int runProgram(std::span<const std::string> arguments) {
         }
     }
     if (!name.empty()) std::fprintf(stderr, "%s: unknown command \"%s\"\n", kProgram, name.c_str());
-    std::fprintf(stderr, "usage: %s render|params|panel|dialog|about|rules ... (--help)\n", kProgram);
+    std::fprintf(stderr, "usage: %s render|params|panel|dialog|about|rules ... (--help)\n",
+                 kProgram);
     return apps::kExitUsage;
 }
 

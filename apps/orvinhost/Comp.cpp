@@ -38,7 +38,8 @@ Matrix4 CompLayer::worldFromLayer(double frame) const {
     Matrix4 m;
     const Values given = matrix.at(frame);
     if (given.size() == 16) {
-        for (std::size_t i = 0; i < 16; ++i) m.m[i / 4][i % 4] = given[i];
+        for (std::size_t i = 0; i < 16; ++i)
+            m.m[i / 4][i % 4] = given[i];
         return m;
     }
     const Vec3 origin = vector(position, frame, {});

@@ -68,8 +68,7 @@ class LayerReader {
         known_.push_back(key);
         const auto found = source_.find(key);
         if (found == source_.end()) return fallback;
-        if (!found->is_string())
-            throw apps::Failure(where_ + ": " + key + ": a text was expected");
+        if (!found->is_string()) throw apps::Failure(where_ + ": " + key + ": a text was expected");
         return found->get<std::string>();
     }
 
@@ -130,8 +129,7 @@ CompLayer readLight(const json& source, const std::string& file, int number, int
     reader.read(kPose);
     reader.read(kLight);
     reader.finish();
-    if (layer.position.empty())
-        layer.position = Track({width / 2.0, height / 2.0, -width / 2.0});
+    if (layer.position.empty()) layer.position = Track({width / 2.0, height / 2.0, -width / 2.0});
     return layer;
 }
 

@@ -18,8 +18,8 @@ std::vector<std::uint8_t> flatFromProject(std::string_view text) {
     while (!tail.empty() && (tail.back() == '\n' || tail.back() == '\r' || tail.back() == ' ' ||
                              tail.back() == '\0'))
         tail.remove_suffix(1);
-    const bool ended = tail.size() >= kEndMark.size() &&
-                       tail.substr(tail.size() - kEndMark.size()) == kEndMark;
+    const bool ended =
+        tail.size() >= kEndMark.size() && tail.substr(tail.size() - kEndMark.size()) == kEndMark;
     if (!ended) {
         if (!body.empty() && body.back() != '\n') body += '\n';
         body += kEndMark;

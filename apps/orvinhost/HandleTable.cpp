@@ -227,9 +227,8 @@ void HandleTable::checkAfterCommand() {
         if (block.disposed) continue;
         checkGuards(block);
         if (block.effectLocks == 0) continue;
-        report_(Rule::kHandleLockedAfterCommand, "a handle with " +
-                                                     std::to_string(block.effectLocks) +
-                                                     " lock(s) of the effect's");
+        report_(Rule::kHandleLockedAfterCommand,
+                "a handle with " + std::to_string(block.effectLocks) + " lock(s) of the effect's");
         block.effectLocks = 0;
     }
 }
@@ -246,9 +245,8 @@ void HandleTable::checkAtEnd() {
 
 std::size_t HandleTable::aliveCount() const {
     const std::lock_guard<std::mutex> guard(mutex_);
-    return static_cast<std::size_t>(
-        std::count_if(blocks_.begin(), blocks_.end(),
-                      [](const auto& entry) { return !entry.second->disposed; }));
+    return static_cast<std::size_t>(std::count_if(
+        blocks_.begin(), blocks_.end(), [](const auto& entry) { return !entry.second->disposed; }));
 }
 
 }  // namespace orvin::stand_in

@@ -13,23 +13,44 @@ namespace {
 std::atomic<Host*> gActiveHost = nullptr;
 thread_local Call* tCurrentCall = nullptr;
 
-constexpr std::array<const char*, 34> kCommands{
-    "ABOUT",           "GLOBAL_SETUP",     "UNUSED_0",
-    "GLOBAL_SETDOWN",  "PARAMS_SETUP",     "SEQUENCE_SETUP",
-    "SEQUENCE_RESETUP", "SEQUENCE_FLATTEN", "SEQUENCE_SETDOWN",
-    "DO_DIALOG",       "FRAME_SETUP",      "RENDER",
-    "FRAME_SETDOWN",   "USER_CHANGED_PARAM", "UPDATE_PARAMS_UI",
-    "EVENT",           "GET_EXTERNAL_DEPENDENCIES", "COMPLETELY_GENERAL",
-    "QUERY_DYNAMIC_FLAGS", "AUDIO_RENDER", "AUDIO_SETUP",
-    "AUDIO_SETDOWN",   "ARBITRARY_CALLBACK", "SMART_PRE_RENDER",
-    "SMART_RENDER",    "RESERVED1",        "RESERVED2",
-    "RESERVED3",       "GET_FLATTENED_SEQUENCE_DATA", "TRANSLATE_PARAMS_TO_PREFS",
-    "RESERVED4",       "SMART_RENDER_GPU", "GPU_DEVICE_SETUP",
-    "GPU_DEVICE_SETDOWN"};
+constexpr std::array<const char*, 34> kCommands{"ABOUT",
+                                                "GLOBAL_SETUP",
+                                                "UNUSED_0",
+                                                "GLOBAL_SETDOWN",
+                                                "PARAMS_SETUP",
+                                                "SEQUENCE_SETUP",
+                                                "SEQUENCE_RESETUP",
+                                                "SEQUENCE_FLATTEN",
+                                                "SEQUENCE_SETDOWN",
+                                                "DO_DIALOG",
+                                                "FRAME_SETUP",
+                                                "RENDER",
+                                                "FRAME_SETDOWN",
+                                                "USER_CHANGED_PARAM",
+                                                "UPDATE_PARAMS_UI",
+                                                "EVENT",
+                                                "GET_EXTERNAL_DEPENDENCIES",
+                                                "COMPLETELY_GENERAL",
+                                                "QUERY_DYNAMIC_FLAGS",
+                                                "AUDIO_RENDER",
+                                                "AUDIO_SETUP",
+                                                "AUDIO_SETDOWN",
+                                                "ARBITRARY_CALLBACK",
+                                                "SMART_PRE_RENDER",
+                                                "SMART_RENDER",
+                                                "RESERVED1",
+                                                "RESERVED2",
+                                                "RESERVED3",
+                                                "GET_FLATTENED_SEQUENCE_DATA",
+                                                "TRANSLATE_PARAMS_TO_PREFS",
+                                                "RESERVED4",
+                                                "SMART_RENDER_GPU",
+                                                "GPU_DEVICE_SETUP",
+                                                "GPU_DEVICE_SETDOWN"};
 
 constexpr std::array<const char*, 12> kEvents{
-    "NEW_CONTEXT", "ACTIVATE", "DO_CLICK",         "DRAG",          "DRAW",    "DEACTIVATE",
-    "CLOSE_CONTEXT", "IDLE",   "KEYDOWN_OBSOLETE", "ADJUST_CURSOR", "KEYDOWN", "MOUSE_EXITED"};
+    "NEW_CONTEXT",   "ACTIVATE", "DO_CLICK",         "DRAG",          "DRAW",    "DEACTIVATE",
+    "CLOSE_CONTEXT", "IDLE",     "KEYDOWN_OBSOLETE", "ADJUST_CURSOR", "KEYDOWN", "MOUSE_EXITED"};
 
 }  // namespace
 
@@ -151,8 +172,7 @@ double Host::compFrame(const A_Time& time) const {
 
 void Host::checkAtEnd() {
     params_.checkStrings([this](Rule rule, const std::string& detail) { report(rule, detail); });
-    if (!worlds.empty())
-        report(Rule::kWorldLeak, std::to_string(worlds.size()) + " world(s) left");
+    if (!worlds.empty()) report(Rule::kWorldLeak, std::to_string(worlds.size()) + " world(s) left");
     if (!streams.empty() || streamValues != 0)
         report(Rule::kStreamLeak, std::to_string(streams.size()) + " stream(s) and " +
                                       std::to_string(streamValues) + " value(s) left");
@@ -176,8 +196,7 @@ PF_Cmd commandNumber(const std::string& name) {
 }
 
 PF_Err reportUnsupported(std::string_view name) {
-    if (Host* host = Host::active())
-        host->report(Rule::kCallbackUnsupported, std::string(name));
+    if (Host* host = Host::active()) host->report(Rule::kCallbackUnsupported, std::string(name));
     return PF_Err_INVALID_CALLBACK;
 }
 

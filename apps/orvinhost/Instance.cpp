@@ -122,9 +122,8 @@ Outcome Instance::serve(PF_Cmd command, double frame, void* extra, World* output
             host_.report(Rule::kCrossedBorder, "an exception came out of the entry");
             error = PF_Err_INTERNAL_STRUCT_DAMAGED;
         }
-        for (const PF_Handle handle :
-             {serving.inBefore.global_data, serving.inBefore.sequence_data,
-              serving.inBefore.frame_data})
+        for (const PF_Handle handle : {serving.inBefore.global_data, serving.inBefore.sequence_data,
+                                       serving.inBefore.frame_data})
             host_.handles().hostUnlock(handle);
         return collect(serving, error);
     }

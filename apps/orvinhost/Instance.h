@@ -71,8 +71,8 @@ class Instance {
   private:
     struct Serving;  // the structures of one command
 
-    Outcome serve(PF_Cmd command, double frame, void* extra = nullptr,
-                  World* output = nullptr, PF_EventType event = PF_Event_NONE);
+    Outcome serve(PF_Cmd command, double frame, void* extra = nullptr, World* output = nullptr,
+                  PF_EventType event = PF_Event_NONE);
     void fillInData(Serving& serving) const;
     void fillParams(Serving& serving);
     Outcome collect(Serving& serving, PF_Err error);

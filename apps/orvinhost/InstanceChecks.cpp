@@ -71,8 +71,7 @@ Outcome Instance::collect(Serving& serving, PF_Err error) {
     }
     if (!serving.input.empty()) {
         const bool mayWrite = (host_.outFlags & PF_OutFlag_I_WRITE_INPUT_BUFFER) != 0;
-        if (!serving.input.guardsIntact())
-            host_.report(Rule::kOutputOverrun, "the input world");
+        if (!serving.input.guardsIntact()) host_.report(Rule::kOutputOverrun, "the input world");
         if (!mayWrite && serving.input.checksum() != serving.inputChecksum)
             host_.report(Rule::kInputWritten, "pixels of the input layer");
     }
@@ -107,8 +106,7 @@ void Instance::checkStructures(Serving& serving) {
         host_.report(Rule::kMessageUnterminated, "no end within 256 bytes");
     if (serving.call.command == PF_Cmd_FRAME_SETUP) {
         frameData_ = out.frame_data;
-        constexpr PF_OutFlags kResizes =
-            PF_OutFlag_I_EXPAND_BUFFER | PF_OutFlag_I_SHRINK_BUFFER;
+        constexpr PF_OutFlags kResizes = PF_OutFlag_I_EXPAND_BUFFER | PF_OutFlag_I_SHRINK_BUFFER;
         if ((out.width != 0 || out.height != 0) && (host_.outFlags & kResizes) == 0)
             host_.report(Rule::kFrameSize,
                          std::to_string(out.width) + " x " + std::to_string(out.height));
@@ -130,8 +128,8 @@ void Instance::checkCheckouts(Serving& serving) {
 
 void Instance::checkParams(Serving& serving) {
     const bool mayChange = mayChangeParams(serving.call.command, serving.call.event);
-    const bool handled = serving.event == nullptr ||
-                         (serving.event->evt_out_flags & PF_EO_HANDLED_EVENT) != 0;
+    const bool handled =
+        serving.event == nullptr || (serving.event->evt_out_flags & PF_EO_HANDLED_EVENT) != 0;
     for (std::size_t i = 0; i < serving.params.size(); ++i) {
         const PF_ParamDef& now = serving.params[i].value;
         const PF_ParamDef& before = serving.paramsBefore[i];
@@ -162,10 +160,9 @@ void Instance::checkFlags(Serving& serving) {
         host_.globalData = out.global_data;
         if ((out.out_flags & (kReservedFlags | kPiplOnly | PF_OutFlag_REFRESH_UI)) != 0 ||
             (out.out_flags2 & kReservedFlags2) != 0)
-            host_.report(Rule::kGlobalFlags, "out_flags " +
-                                                 hex(static_cast<unsigned>(out.out_flags)) +
-                                                 ", out_flags2 " +
-                                                 hex(static_cast<unsigned>(out.out_flags2)));
+            host_.report(Rule::kGlobalFlags,
+                         "out_flags " + hex(static_cast<unsigned>(out.out_flags)) +
+                             ", out_flags2 " + hex(static_cast<unsigned>(out.out_flags2)));
         if (out.my_version == 0) host_.report(Rule::kVersionWord, "my_version is 0");
         return;
     }

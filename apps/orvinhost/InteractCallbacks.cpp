@@ -7,7 +7,7 @@
 namespace orvin::stand_in {
 namespace {
 
-std::string paramText(const Host&, int index) {
+std::string paramText(int index) {
     return "parameter " + std::to_string(index);
 }
 
@@ -31,8 +31,8 @@ bool servesUserInterface(PF_Cmd command) {
            command == PF_Cmd_DO_DIALOG;
 }
 
-PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_long,
-                     A_u_long scale, PF_ParamDef* out) {
+PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_long, A_u_long scale,
+                     PF_ParamDef* out) {
     Call* call = Host::enterCallback("checkout_param", effectRef);
     if (call == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
     Host& host = call->host;
@@ -41,21 +41,21 @@ PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_l
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     if (index < 0 || index >= host.params().count()) {
-        host.report(Rule::kCheckoutIndex, "check-out of " + paramText(host, index));
+        host.report(Rule::kCheckoutIndex, "check-out of " + paramText(index));
         return PF_Err_INVALID_INDEX;
     }
     if (scale == 0) {
-        host.report(Rule::kCheckoutTime, "check-out of " + paramText(host, index));
+        host.report(Rule::kCheckoutTime, "check-out of " + paramText(index));
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     const bool layer = host.params()[index].def.param_type == PF_Param_LAYER;
     if (checkoutForbidden(call->command))
-        host.report(Rule::kCheckoutForbidden, "check-out of " + paramText(host, index));
+        host.report(Rule::kCheckoutForbidden, "check-out of " + paramText(index));
     else if (layer && servesUserInterface(call->command))
-        host.report(Rule::kCheckoutLayerInEvent, "check-out of " + paramText(host, index));
+        host.report(Rule::kCheckoutLayerInEvent, "check-out of " + paramText(index));
     if (call->checkedOut.find(out) != call->checkedOut.end())
         host.report(Rule::kCheckoutBalance,
-                    "check-out of " + paramText(host, index) + " into one that is checked out");
+                    "check-out of " + paramText(index) + " into one that is checked out");
 
     const double frame = host.settings().frameOf(time, scale);
     *out = host.params().valueAt(index, frame);
@@ -65,8 +65,8 @@ PF_Err checkoutParam(PF_ProgPtr effectRef, PF_ParamIndex index, A_long time, A_l
     if (layer) {
         held.world = host.layerWorld(index, frame);
         held.world.describe(out->u.ld, false, host.settings().pixelAspect);
-        held.checksum = held.world.checksum();
     }
+    held.checksum = held.world.checksum();
     return PF_Err_NONE;
 }
 
@@ -80,8 +80,7 @@ PF_Err checkinParam(PF_ProgPtr effectRef, PF_ParamDef* param) {
     }
     if (!held->second.world.guardsIntact() ||
         held->second.world.checksum() != held->second.checksum)
-        call->host.report(Rule::kInputWritten,
-                          "pixels of " + paramText(call->host, held->second.index));
+        call->host.report(Rule::kInputWritten, "pixels of " + paramText(held->second.index));
     // The contents are void from now on: whoever still reads them shall notice.
     std::memset(&param->u, 0xDD, sizeof param->u);
     if (call->host.params()[held->second.index].def.param_type == PF_Param_LAYER)

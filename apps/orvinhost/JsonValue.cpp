@@ -54,7 +54,8 @@ Values jsonValues(const nlohmann::json& json, std::size_t count, const std::stri
                             (count == 1 ? std::string("a number was expected")
                                         : std::to_string(count) + " numbers were expected"));
     Values values;
-    for (const nlohmann::json& part : json) values.push_back(number(part, what));
+    for (const nlohmann::json& part : json)
+        values.push_back(number(part, what));
     return values;
 }
 

@@ -68,8 +68,8 @@ SPErr Panel::newImage(int width, int height, int rowBytes, DRAWBOT_PixelLayout l
     if (!mayDraw("NewImageFromBuffer")) return kSPBadParameterError;
     const bool known = layout >= 0 && layout < static_cast<int>(kLayouts.size());
     const Layout& form = kLayouts[static_cast<std::size_t>(known ? layout : 0)];
-    if (!known || data == nullptr || image == nullptr || width < 1 || height < 1 ||
-        width > 30000 || height > 30000 || rowBytes < width * form.bytes) {
+    if (!known || data == nullptr || image == nullptr || width < 1 || height < 1 || width > 30000 ||
+        height > 30000 || rowBytes < width * form.bytes) {
         report_(Rule::kDrawObject, "NewImageFromBuffer with bad arguments");
         return kSPBadParameterError;
     }
@@ -186,7 +186,8 @@ SPErr Panel::drawImage(const void* image, DRAWBOT_PointF32 origin, float alpha) 
             const double weight = p[3] / 255.0;
             double rgb[3] = {double(p[0]), double(p[1]), double(p[2])};
             if (source.premultiplied && p[3] > 0)
-                for (double& channel : rgb) channel /= weight;
+                for (double& channel : rgb)
+                    channel /= weight;
             blend(left + x, top + y, rgb, weight * static_cast<double>(alpha));
         }
     return kSPNoError;

@@ -23,8 +23,8 @@ Host* enter(const char* name) {
 void takeLooks(PF_ParamDef& own, const PF_ParamDef& given) {
     constexpr PF_ParamUIFlags kUi = PF_PUI_ECW_SEPARATOR | PF_PUI_DISABLED;
     own.ui_flags = (own.ui_flags & ~kUi) | (given.ui_flags & kUi);
-    own.flags = (own.flags & ~PF_ParamFlag_COLLAPSE_TWIRLY) |
-                (given.flags & PF_ParamFlag_COLLAPSE_TWIRLY);
+    own.flags =
+        (own.flags & ~PF_ParamFlag_COLLAPSE_TWIRLY) | (given.flags & PF_ParamFlag_COLLAPSE_TWIRLY);
     own.ui_width = given.ui_width;
     own.ui_height = given.ui_height;
     std::memcpy(own.name, given.name, sizeof own.name);
@@ -49,7 +49,8 @@ PF_Err updateParamUi(PF_ProgPtr effectRef, PF_ParamIndex index, const PF_ParamDe
     if (call->command != PF_Cmd_USER_CHANGED_PARAM && call->command != PF_Cmd_UPDATE_PARAMS_UI)
         host.report(Rule::kUpdateUiOutside, "PF_UpdateParamUI");
     bool own = index == 0;
-    for (const PF_ParamDef* handed : call->params) own = own || handed == def;
+    for (const PF_ParamDef* handed : call->params)
+        own = own || handed == def;
     if (own) host.report(Rule::kUpdateUiNotACopy, who);
     Param& param = host.params()[index];
     const PF_ParamDef now = host.params().valueAt(index, call->frame);
@@ -224,8 +225,8 @@ const void* paramUtilsSuite() {
 const void* handleSuite() {
     static const HandleTableSlots table = [] {
         const PF_UtilCallbacks utils = utilCallbacks();
-        return HandleTableSlots{utils.host_new_handle,     utils.host_lock_handle,
-                                utils.host_unlock_handle,  utils.host_dispose_handle,
+        return HandleTableSlots{utils.host_new_handle,      utils.host_lock_handle,
+                                utils.host_unlock_handle,   utils.host_dispose_handle,
                                 utils.host_get_handle_size, utils.host_resize_handle};
     }();
     return &table;

@@ -118,8 +118,8 @@ void checkDefinition(const PF_ParamDef& def, int index, const ParamList::Report&
     }
     const PF_ParamDef clean = meaningful(def);
     if (std::memcmp(&clean, &def, sizeof def) != 0)
-        report(Rule::kParamCleared, who + ": bytes are set that don't belong to a " +
-                                        paramTypeName(def.param_type));
+        report(Rule::kParamCleared,
+               who + ": bytes are set that don't belong to a " + paramTypeName(def.param_type));
     if (def.uu.id <= 0) report(Rule::kParamId, who + ": id " + std::to_string(def.uu.id));
     if ((def.flags & ~kKnownFlags) != 0 || (def.ui_flags & ~kKnownUiFlags) != 0)
         report(Rule::kParamFlags, who + ": reserved bits");

@@ -30,7 +30,7 @@ std::string nameOf(const PF_ParamDef& def) {
 std::string withoutPrefix(const std::string& name) {
     const std::size_t close = name.find(") ");
     return !name.empty() && name[0] == '(' && close != std::string::npos ? name.substr(close + 2)
-                                                                          : name;
+                                                                         : name;
 }
 
 }  // namespace
@@ -231,9 +231,10 @@ void writeValue(PF_ParamDef& def, const Values& values) {
 
 const char* paramTypeName(PF_ParamType type) {
     static constexpr const char* kNames[] = {
-        "layer",  "slider", "fixed slider",   "angle", "checkbox",    "color",     "point",
-        "popup",  "custom", "no data",        "float slider", "arbitrary data", "path",
-        "group start", "group end", "button", "unknown", "unknown", "3d point"};
+        "layer",        "slider",         "fixed slider", "angle",       "checkbox",
+        "color",        "point",          "popup",        "custom",      "no data",
+        "float slider", "arbitrary data", "path",         "group start", "group end",
+        "button",       "unknown",        "unknown",      "3d point"};
     return type >= 0 && type < static_cast<int>(std::size(kNames)) ? kNames[type] : "unknown";
 }
 
@@ -283,9 +284,10 @@ nlohmann::ordered_json ParamList::json() const {
         }
         entry["flags"] = def.flags;
         entry["ui_flags"] = def.ui_flags;
-        if (def.ui_width != 0 || def.ui_height != 0) entry["ui_size"] = {def.ui_width, def.ui_height};
-        entry["animates"] = valueCount(def.param_type) > 0 &&
-                            (def.flags & PF_ParamFlag_CANNOT_TIME_VARY) == 0;
+        if (def.ui_width != 0 || def.ui_height != 0)
+            entry["ui_size"] = {def.ui_width, def.ui_height};
+        entry["animates"] =
+            valueCount(def.param_type) > 0 && (def.flags & PF_ParamFlag_CANNOT_TIME_VARY) == 0;
         list.push_back(std::move(entry));
     }
     return list;

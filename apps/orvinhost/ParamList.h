@@ -16,11 +16,11 @@
 namespace orvin::stand_in {
 
 struct Param {
-    PF_ParamDef def{};       // as added, then with the looks that the effect changed
-    std::string label;       // copy of a checkbox's label or a button's text
-    std::string choices;     // copy of a popup's choices
-    const char* strings{};   // where the effect keeps them
-    Track track;             // its value over time, in the units of the user interface
+    PF_ParamDef def{};                   // as added, then with the looks that the effect changed
+    std::string label;                   // copy of a checkbox's label or a button's text
+    std::string choices;                 // copy of a popup's choices
+    const char* strings{};               // where the effect keeps them
+    Track track;                         // its value over time, in the units of the user interface
     std::shared_ptr<ImageSource> layer;  // of a layer parameter; null: none
 
     /// Name, or the label where the name is empty.

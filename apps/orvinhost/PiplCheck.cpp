@@ -40,9 +40,8 @@ std::vector<std::string> piplFaults(std::span<const std::uint8_t> resource,
         if (found == properties.end() || found->second.size() < 4)
             faults.push_back(std::string(name) + " is missing");
         else if (word(found->second, 0) != wanted)
-            faults.push_back(std::string(name) + " is " +
-                             std::to_string(word(found->second, 0)) + ", GLOBAL_SETUP says " +
-                             std::to_string(wanted));
+            faults.push_back(std::string(name) + " is " + std::to_string(word(found->second, 0)) +
+                             ", GLOBAL_SETUP says " + std::to_string(wanted));
     };
     compare(kPiPLKindProperty, "kind", kPiPLKindEffect);
     compare(kPiPLOutFlagsProperty, "out_flags", static_cast<std::uint32_t>(reported.outFlags));

@@ -42,8 +42,8 @@ RenderJob renderJob(const apps::ParsedOptions& parsed) {
         throw apps::UsageError("--out wants a number for several frames, like frame-%04d.png");
     job.session.firstFrame = job.frames.first;
     // The host counts time in 32 bits.
-    const double last = static_cast<double>(settings.timeStep()) *
-                        std::max(settings.duration, job.frames.last + 1);
+    const double last =
+        static_cast<double>(settings.timeStep()) * std::max(settings.duration, job.frames.last + 1);
     if (last > 2147483647.0) throw apps::UsageError("--frames: too far for the frame rate's clock");
     return job;
 }
@@ -69,7 +69,8 @@ void RenderJob::run(Session& run) const {
         const Clock::time_point start = Clock::now();
         const Outcome outcome = run.instance().render(frame, output);
         const double seconds = secondsSince(start);
-        nlohmann::ordered_json note{{"frame", frame}, {"error", outcome.error}, {"seconds", seconds}};
+        nlohmann::ordered_json note{
+            {"frame", frame}, {"error", outcome.error}, {"seconds", seconds}};
         if (!outcome.message.empty()) note["message"] = outcome.message;
         if (outcome.aborted) note["aborted"] = true;
         if (outcome.aborted || outcome.failed()) {

@@ -59,7 +59,6 @@ enum class Rule {
     kInputWritten,
     kOutputOverrun,
     kOutputUnwritten,
-    kOutputStray,
     kWorldLeak,
     kAbortIgnored,
     kProgressRange,

@@ -85,7 +85,8 @@ void Session::applyValues() {
     }
     changed_ = applyKeys(keys, source, params, host_->comp().images());
     if (options_.composite)
-        for (const int index : applyKeys({{"Composite On Original", true}}, "--composite", params, {}))
+        for (const int index :
+             applyKeys({{"Composite On Original", true}}, "--composite", params, {}))
             changed_.push_back(index);
 }
 
@@ -145,8 +146,7 @@ void Session::closeInstance() {
         instance_->plainEvent(PF_Event_CLOSE_CONTEXT, options_.firstFrame);
         contextOpen_ = false;
     }
-    if (instance_->hasSequence())
-        require(instance_->sequenceSetdown(), PF_Cmd_SEQUENCE_SETDOWN);
+    if (instance_->hasSequence()) require(instance_->sequenceSetdown(), PF_Cmd_SEQUENCE_SETDOWN);
 }
 
 int Session::finish(bool failed) {
@@ -173,18 +173,19 @@ int Session::finish(bool failed) {
 nlohmann::ordered_json Session::reportJson(bool failed) const {
     nlohmann::ordered_json json;
     const HostSettings& settings = options_.settings;
-    json["host"] = std::to_string(settings.version.major) + "." +
-                   std::to_string(settings.version.minor);
+    json["host"] =
+        std::to_string(settings.version.major) + "." + std::to_string(settings.version.minor);
     json["failed"] = failed;
     json["broken"] = rules_.brokenCount();
     json["findings"] = nlohmann::ordered_json::array();
     for (const Finding& finding : rules_.findings()) {
         const RuleText& rule = ruleText(finding.rule);
-        json["findings"].push_back({{"rule", rule.id},
-                                    {"weight", rule.weight == Weight::kBroken ? "broken" : "oddity"},
-                                    {"command", finding.command},
-                                    {"detail", finding.detail},
-                                    {"times", finding.times}});
+        json["findings"].push_back(
+            {{"rule", rule.id},
+             {"weight", rule.weight == Weight::kBroken ? "broken" : "oddity"},
+             {"command", finding.command},
+             {"detail", finding.detail},
+             {"times", finding.times}});
     }
     json["frames"] = frames_;
     json["effect"] = {{"version", host_->effectVersion},

@@ -31,7 +31,8 @@ void refusal(const std::string& text, HostSettings& settings) {
 
 std::pair<int, std::string> layerMap(const std::string& text) {
     const std::size_t equals = text.find('=');
-    if (equals == std::string::npos) throw UsageError("--layer-map: \"" + text + "\" isn't N=IMAGE");
+    if (equals == std::string::npos)
+        throw UsageError("--layer-map: \"" + text + "\" isn't N=IMAGE");
     return {apps::wholeOption(text.substr(0, equals), "--layer-map", 1, 1000),
             text.substr(equals + 1)};
 }
@@ -97,10 +98,9 @@ SessionOptions sessionOptions(const apps::ParsedOptions& parsed) {
     const apps::Ratio aspect =
         apps::ratioOption(parsed.value("--pixel-aspect", "1"), "--pixel-aspect");
     settings.pixelAspect = {aspect.num, static_cast<A_u_long>(aspect.den)};
-    settings.duration =
-        parsed.has("--duration")
-            ? apps::wholeOption(parsed.value("--duration"), "--duration", 1, 100000)
-            : 0;
+    settings.duration = parsed.has("--duration")
+                            ? apps::wholeOption(parsed.value("--duration"), "--duration", 1, 100000)
+                            : 0;
     settings.downsample =
         apps::wholeOption(parsed.value("--downsample", "1"), "--downsample", 1, 64);
     const std::string quality = parsed.value("--quality", "best");

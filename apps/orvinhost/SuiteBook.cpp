@@ -61,12 +61,10 @@ void SuiteBook::checkAtEnd() {
         strayPathData_ -= habit;
         if (entry.second > habit)
             report_(Rule::kSuiteUnbalanced, suiteName(name, entry.first.second) + " held " +
-                                                std::to_string(entry.second - habit) +
-                                                " time(s)");
+                                                std::to_string(entry.second - habit) + " time(s)");
         entry.second = 0;
     }
-    if (strayPathData_ > 0)
-        report_(Rule::kSuiteReleased, "release of " + suiteName(kPathData, 1));
+    if (strayPathData_ > 0) report_(Rule::kSuiteReleased, "release of " + suiteName(kPathData, 1));
     strayPathData_ = 0;
 }
 

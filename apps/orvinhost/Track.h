@@ -35,9 +35,9 @@ class Track {
 
     Values at(double frame) const {
         if (keys_.empty()) return {};
-        const auto next = std::upper_bound(
-            keys_.begin(), keys_.end(), frame,
-            [](double wanted, const Key& key) { return wanted < key.frame; });
+        const auto next =
+            std::upper_bound(keys_.begin(), keys_.end(), frame,
+                             [](double wanted, const Key& key) { return wanted < key.frame; });
         if (next == keys_.begin()) return next->values;
         const Key& before = *(next - 1);
         if (next == keys_.end() || hold_) return before.values;

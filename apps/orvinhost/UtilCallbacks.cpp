@@ -95,8 +95,8 @@ PF_Err newWorld(PF_ProgPtr effectRef, A_long width, A_long height, A_long flags,
     Call* call = Host::enterCallback("new_world", effectRef);
     if (call == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
     if (world == nullptr || width < 1 || height < 1 || width > 30000 || height > 30000) {
-        call->host.report(Rule::kCallbackArgument, "new_world of " + std::to_string(width) +
-                                                       " x " + std::to_string(height));
+        call->host.report(Rule::kCallbackArgument,
+                          "new_world of " + std::to_string(width) + " x " + std::to_string(height));
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     World made(width, height);
@@ -131,8 +131,7 @@ PF_Err platformData(PF_ProgPtr effectRef, PF_PlatDataID which, void* data) {
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     if (which == PF_PlatData_MAIN_WND || which == PF_PlatData_RES_DLLINSTANCE) {
-        void* value =
-            which == PF_PlatData_MAIN_WND ? settings.mainWindow : settings.moduleInstance;
+        void* value = which == PF_PlatData_MAIN_WND ? settings.mainWindow : settings.moduleInstance;
         std::memcpy(data, &value, sizeof value);
         return PF_Err_NONE;
     }

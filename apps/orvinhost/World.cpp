@@ -36,7 +36,8 @@ PF_Pixel blockMean(const apps::Picture& picture, int x0, int y0, int step) {
         for (int x = x0; x < std::min(x0 + step, picture.width); ++x) {
             const std::uint8_t* p = picture.pixel(x, y);
             alpha += p[3];
-            for (std::size_t c = 0; c < 3; ++c) color[c] += std::uint64_t{p[c]} * p[3];
+            for (std::size_t c = 0; c < 3; ++c)
+                color[c] += std::uint64_t{p[c]} * p[3];
             ++count;
         }
     PF_Pixel result{static_cast<A_u_char>((alpha + count / 2) / count), 0, 0, 0};
@@ -54,7 +55,8 @@ World::World(int width, int height) : width_(width), height_(height), padding_(k
     guard();
     for (int y = 0; y < height_; ++y) {
         PF_Pixel* pixels = row(y);
-        for (int x = 0; x < width_; ++x) pixels[x] = pattern(x, y);
+        for (int x = 0; x < width_; ++x)
+            pixels[x] = pattern(x, y);
     }
 }
 
@@ -93,7 +95,8 @@ const PF_Pixel* World::row(int y) const {
 }
 
 void World::fill(PF_Pixel pixel) {
-    for (int y = 0; y < height_; ++y) std::fill_n(row(y), width_, pixel);
+    for (int y = 0; y < height_; ++y)
+        std::fill_n(row(y), width_, pixel);
 }
 
 void World::describe(PF_LayerDef& layer, bool writeable, PF_RationalScale pixelAspect) {

@@ -15,8 +15,8 @@ Module::Module(const std::filesystem::path& path) {
         throw apps::Failure(file.string() + ": can't be loaded, error " +
                             std::to_string(GetLastError()));
     library_ = library;
-    entry_ = reinterpret_cast<PF_EffectMainFn>(
-        reinterpret_cast<void*>(GetProcAddress(library, "main")));
+    entry_ =
+        reinterpret_cast<PF_EffectMainFn>(reinterpret_cast<void*>(GetProcAddress(library, "main")));
     if (entry_ == nullptr) {
         FreeLibrary(library);
         throw apps::Failure(file.string() + ": no entry \"main\"");
