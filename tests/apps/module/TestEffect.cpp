@@ -154,10 +154,8 @@ PF_Err resetup(PF_InData& in, PF_OutData& out) {
     in.utils->host_dispose_handle(in.sequence_data);
     out.sequence_data = gStash != nullptr ? gStash : record(in, "LIVE");
     gStash = nullptr;
-    if (fault("sequence.handle")) {
-        in.utils->host_dispose_handle(out.sequence_data);
-    }
-    return PF_Err_NONE;
+    if (fault("sequence.handle")) in.utils->host_dispose_handle(out.sequence_data);
+    return out.sequence_data != nullptr ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
 }
 
 PF_Err sequenceSetdown(PF_InData& in, PF_OutData& out) {
