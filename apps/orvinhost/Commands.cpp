@@ -133,6 +133,8 @@ const std::vector<Command>& commands() {
           with({{"--out", "PATTERN", "where the frames go, like out/frame-%04d.png"},
                 {"--frames", "A-B[:STEP]", "frames of the layer (all of --duration, or 0)"},
                 {"--save-flat", "FILE", "writes the flat data that a host project would store"},
+                {"--render-thread", "",
+                 "render on a thread of its own from a copy of the project, as hosts do from 13.9"},
                 {"--reload", "",
                  "after the first frame, set the instance down and open it again "
                  "from its flat data"}}),

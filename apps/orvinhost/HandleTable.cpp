@@ -18,6 +18,13 @@ constexpr std::uint64_t kLargest = std::uint64_t{1} << 40;
 
 }  // namespace
 
+int HandleTable::Block::locks() const {
+    int sum = 0;
+    for (const auto& entry : effectLocks)
+        sum += entry.second;
+    return sum;
+}
+
 std::string HandleTable::name(const Block& block) {
     return "handle " + std::to_string(block.number) + " of " + std::to_string(block.size) +
            " bytes";
@@ -106,7 +113,7 @@ void* HandleTable::lock(PF_Handle handle) {
     const std::lock_guard<std::mutex> guard(mutex_);
     Block* block = findAlive(handle, "lock");
     if (block == nullptr) return nullptr;
-    ++block->effectLocks;
+    ++block->effectLocks[std::this_thread::get_id()];
     return block->master;
 }
 
@@ -114,8 +121,9 @@ void HandleTable::unlock(PF_Handle handle) {
     const std::lock_guard<std::mutex> guard(mutex_);
     Block* block = findAlive(handle, "unlock");
     if (block == nullptr) return;
-    if (block->effectLocks > 0) {
-        --block->effectLocks;
+    int& own = block->effectLocks[std::this_thread::get_id()];
+    if (own > 0) {
+        --own;
     } else if (block->hostLocks > 0) {
         --block->hostLocks;
         report_(Rule::kHandleUnlockedForHost, "unlock of a handle that came in locked");
@@ -123,14 +131,14 @@ void HandleTable::unlock(PF_Handle handle) {
         report_(Rule::kHandleUnlockedTooOften, "unlock of " + name(*block));
         return;
     }
-    if (block->effectLocks + block->hostLocks == 0) place(*block, block->size);
+    if (block->locks() + block->hostLocks == 0) place(*block, block->size);
 }
 
 void HandleTable::dispose(PF_Handle handle) {
     const std::lock_guard<std::mutex> guard(mutex_);
     Block* block = findAlive(handle, "disposal");
     if (block == nullptr) return;
-    if (block->effectLocks > 0 && block->hostLocks == 0)
+    if (block->locks() > 0 && block->hostLocks == 0)
         report_(Rule::kHandleDisposedLocked, "disposal of " + name(*block));
     retire(*block);
 }
@@ -149,7 +157,7 @@ PF_Err HandleTable::resize(std::uint64_t size, PF_Handle* handle) {
     }
     Block* block = findAlive(*handle, "resize");
     if (block == nullptr) return PF_Err_BAD_CALLBACK_PARAM;
-    if (block->effectLocks + block->hostLocks > 0)
+    if (block->locks() + block->hostLocks > 0)
         report_(Rule::kHandleResizedLocked, "resize of a locked handle");
     if (size > block->size && !grant()) return PF_Err_OUT_OF_MEMORY;
     return place(*block, size) ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
@@ -181,7 +189,7 @@ void HandleTable::hostUnlock(PF_Handle handle) {
     const std::lock_guard<std::mutex> guard(mutex_);
     Block* block = find(handle);
     if (block == nullptr || block->disposed || block->hostLocks == 0) return;
-    if (--block->hostLocks + block->effectLocks == 0) place(*block, block->size);
+    if (--block->hostLocks + block->locks() == 0) place(*block, block->size);
 }
 
 void HandleTable::hostDispose(PF_Handle handle) {

@@ -15,6 +15,7 @@
 #include <mutex>
 #include <span>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace orvin::stand_in {
@@ -49,8 +50,8 @@ class HandleTable {
     /// Whether the address of a living handle, or of its data, stands in `bytes`.
     bool holdsAddress(std::span<const std::uint8_t> bytes) const;
 
-    /// End of a command: locks of the effect's that are left over (they are taken back then), and
-    /// overruns.
+    /// End of a command: locks of the effect's on this thread that are left over (they are taken
+    /// back then), and overruns.
     void checkAfterCommand();
     /// End of the run: reports and frees what is left.
     void checkAtEnd();
@@ -66,8 +67,10 @@ class HandleTable {
         std::uint64_t size = 0;
         int number = 0;
         int hostLocks = 0;
-        int effectLocks = 0;
+        std::map<std::thread::id, int> effectLocks;  // commands of several threads may overlap
         bool disposed = false;
+
+        int locks() const;  // of the effect's
     };
 
     Block* find(PF_Handle handle);

@@ -128,9 +128,8 @@ Call* Host::enterCallback(const char* name, PF_ProgPtr effectRef) {
 }
 
 PF_Err Host::poll(Call& call) {
-    ++call.polls;
-    ++polls;
-    if (settings_.abortAfter < 0 || polls <= settings_.abortAfter) return PF_Err_NONE;
+    const long long count = ++polls;
+    if (settings_.abortAfter < 0 || count <= settings_.abortAfter) return PF_Err_NONE;
     call.stopped = true;
     return PF_Interrupt_CANCEL;
 }

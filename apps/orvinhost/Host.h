@@ -15,9 +15,9 @@
 #include "orvinhost/SuiteBook.h"
 #include "orvinhost/World.h"
 
+#include <atomic>
 #include <functional>
 #include <map>
-#include <set>
 #include <string>
 
 namespace orvin::stand_in {
@@ -61,8 +61,6 @@ struct Call {
     };
     std::map<PF_ParamDef*, CheckedOut> checkedOut;
     bool stopped = false;  // abort or progress answered non-zero
-    long long polls = 0;
-    bool registeredUi = false;
 
     explicit Call(Host& owner) : host(owner) {}
     /// Of this thread; null between commands.
@@ -107,12 +105,12 @@ class Host {
     /// What GLOBAL_SETUP declared, and what GLOBAL_SETUP and PARAMS_SETUP brought.
     PF_OutFlags outFlags = 0;
     PF_OutFlags2 outFlags2 = 0;
-    PF_OutFlags2 currentFlags2 = 0;
+    std::atomic<PF_OutFlags2> currentFlags2 = 0;
     A_u_long effectVersion = 0;
     PF_Handle globalData = nullptr;
     PF_CustomUIInfo customUi{};
     bool hasCustomUi = false;
-    long long polls = 0;
+    std::atomic<long long> polls = 0;
     int invalidations = 0;
 
     /// The pixels of a layer parameter at a frame: the own layer for index 0 and a default of -1.

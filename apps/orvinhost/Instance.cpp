@@ -103,7 +103,7 @@ Outcome Instance::serve(PF_Cmd command, double frame, void* extra, World* output
     out.global_data = serving.in.value.global_data;
     out.sequence_data = serving.in.value.sequence_data;
     out.frame_data = serving.in.value.frame_data;
-    out.out_flags2 = host_.currentFlags2;
+    out.out_flags2 = serving.flags2Before = host_.currentFlags2;
     if (output != nullptr) {
         serving.outputWorld = output;
         output->describe(serving.output.value, true, host_.settings().pixelAspect);

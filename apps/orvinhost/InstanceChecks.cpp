@@ -155,7 +155,8 @@ void Instance::checkFlags(Serving& serving) {
     const PF_Cmd command = serving.call.command;
     if (command == PF_Cmd_GLOBAL_SETUP) {
         host_.outFlags = out.out_flags & ~PF_OutFlag_DISPLAY_ERROR_MESSAGE;
-        host_.outFlags2 = host_.currentFlags2 = out.out_flags2;
+        host_.outFlags2 = out.out_flags2;
+        host_.currentFlags2 = out.out_flags2;
         host_.effectVersion = out.my_version;
         host_.globalData = out.global_data;
         if ((out.out_flags & (kReservedFlags | kPiplOnly | PF_OutFlag_REFRESH_UI)) != 0 ||
@@ -170,7 +171,7 @@ void Instance::checkFlags(Serving& serving) {
     const PF_OutFlags stray = out.out_flags & ~(host_.outFlags | runtimeFlags(command));
     if (stray != 0)
         host_.report(Rule::kFlagsUndeclared, "out_flags " + hex(static_cast<unsigned>(stray)));
-    const PF_OutFlags2 changed = out.out_flags2 ^ host_.currentFlags2;
+    const PF_OutFlags2 changed = out.out_flags2 ^ serving.flags2Before;
     if (command != PF_Cmd_QUERY_DYNAMIC_FLAGS) {
         if (changed != 0)
             host_.report(Rule::kFlagsDynamic,

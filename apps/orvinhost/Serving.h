@@ -12,6 +12,7 @@ struct Instance::Serving {
     Guarded<PF_InData> in;
     PF_InData inBefore{};
     Guarded<PF_OutData> out;
+    PF_OutFlags2 flags2Before = 0;
     std::deque<Guarded<PF_ParamDef>> params;
     std::vector<PF_ParamDef> paramsBefore;
     std::vector<PF_ParamDef*> pointers;  // into `params`; empty: the command gets none

@@ -195,7 +195,7 @@ nlohmann::ordered_json Session::reportJson(bool failed) const {
     json["memory"] = {{"requests", host_->handles().requests()},
                       {"peak_bytes", host_->handles().peakBytes()},
                       {"refused", host_->handles().refused()}};
-    json["polls"] = host_->polls;
+    json["polls"] = host_->polls.load();
     return json;
 }
 

@@ -43,6 +43,7 @@ class Session {
     const SessionOptions& options() const { return options_; }
     Host& host() { return *host_; }
     Instance& instance() { return *instance_; }
+    PF_EffectMainFn entry() const { return module_.entry(); }
 
     /// GLOBAL_SETUP and PARAMS_SETUP, then the values of the command line. Throws Failure.
     void startModule();

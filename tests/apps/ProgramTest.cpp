@@ -110,6 +110,12 @@ TEST_F(Program, FlatDataComesBackAsItWent) {
     EXPECT_EQ(run({"render", "--flat", file("empty.twp"), "--out", file("c.png")}), 1);
 }
 
+TEST_F(Program, RendersOnAThreadOfItsOwn) {
+    EXPECT_EQ(render({"--render-thread", "--frames", "0-3", "--out", file("t-%d.png")}), 0);
+    EXPECT_EQ(color("t-3.png"), (std::vector<int>{50, 0, 0, 255}));
+    EXPECT_EQ(render({"--render-thread", "--abort-after", "1", "--out", file("x.png")}), 1);
+}
+
 TEST_F(Program, DrawsThePanelAndDrags) {
     EXPECT_EQ(run({"panel", file("empty.twp"), "--out", file("panel.png"), "--click", "3,3",
                    "--drag", "12,3"}),
