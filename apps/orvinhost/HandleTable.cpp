@@ -234,10 +234,11 @@ void HandleTable::checkAfterCommand() {
         Block& block = *entry.second;
         if (block.disposed) continue;
         checkGuards(block);
-        if (block.effectLocks == 0) continue;
-        report_(Rule::kHandleLockedAfterCommand,
-                "a handle with " + std::to_string(block.effectLocks) + " lock(s) of the effect's");
-        block.effectLocks = 0;
+        int& own = block.effectLocks[std::this_thread::get_id()];
+        if (own > 0)
+            report_(Rule::kHandleLockedAfterCommand,
+                    "a handle with " + std::to_string(own) + " lock(s) of the effect's");
+        own = 0;
     }
 }
 
