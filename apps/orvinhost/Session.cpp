@@ -159,7 +159,7 @@ int Session::finish(bool failed) {
     }
     host_->checkAtEnd();
     for (const Finding& finding : rules_.findings())
-        if (!options_.quiet || ruleText(finding.rule).weight == Weight::kBroken)
+        if (options_.oddities || ruleText(finding.rule).weight == Weight::kBroken)
             std::fprintf(stderr, "orvinhost: %s\n", findingLine(finding).c_str());
     const int broken = rules_.brokenCount();
     if (options_.strict && broken > 0) {

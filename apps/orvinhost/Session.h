@@ -26,6 +26,7 @@ struct SessionOptions {
     bool composite = false;
     bool strict = true;  // a broken rule is a failure
     bool quiet = false;
+    bool oddities = false;  // print them, too
     std::optional<std::filesystem::path> report;
     double firstFrame = 0.0;
 };

@@ -60,6 +60,7 @@ std::vector<apps::OptionSpec> sessionOptionSpecs() {
         {"--refuse-handle", "[CMD:]N",
          "refuse the N-th request for memory, counted from the start or from a command"},
         {"--strict", "on|off", "a broken rule makes the exit status 1 (on)"},
+        {"--oddities", "", "prints customs that cost nothing, too (the report has them always)"},
         {"--report", "FILE.json", "writes what happened and which rules were broken"},
         {"--quiet", "", "no progress bar, no messages but errors"},
     };
@@ -81,6 +82,7 @@ SessionOptions sessionOptions(const apps::ParsedOptions& parsed) {
     options.input = parsed.value("--input");
     options.composite = parsed.has("--composite");
     options.quiet = parsed.has("--quiet");
+    options.oddities = parsed.has("--oddities");
     if (!parsed.positional().empty()) options.project = parsed.positional()[0];
     if (options.project && options.flat) throw UsageError("--flat and a project: only one of them");
 
