@@ -259,9 +259,10 @@ A_Err getNewLayerStream(AEGP_PluginID, AEGP_LayerH layer, AEGP_LayerStream which
     AEGP_StreamType kind = AEGP_StreamType_NO_DATA;
     if (!found->streamValue(which, 0.0, value, kind)) return A_Err_GENERIC;
     Host* host = Host::active();
-    auto* slot = new void*(nullptr);
-    *stream = reinterpret_cast<AEGP_StreamRefH>(slot);
-    host->streams[slot] = {host->layerIndex(layer), which};
+    auto slot = std::make_unique<void*>(nullptr);
+    *stream = reinterpret_cast<AEGP_StreamRefH>(slot.get());
+    const void* key = slot.get();
+    host->streams[key] = {host->layerIndex(layer), which, std::move(slot)};
     return A_Err_NONE;
 }
 
@@ -272,7 +273,6 @@ A_Err disposeStream(AEGP_StreamRefH stream) {
         refuse("AEGP_DisposeStream of no stream");
         return A_Err_PARAMETER;
     }
-    delete reinterpret_cast<void**>(stream);
     return A_Err_NONE;
 }
 
@@ -287,8 +287,8 @@ A_Err getNewStreamValue(AEGP_PluginID, AEGP_StreamRefH stream, AEGP_LTimeMode mo
     }
     value->streamH = stream;
     const A_Err error =
-        getLayerStreamValue(host->layerHandle(found->second.first), found->second.second, mode,
-                            time, preExpression, &value->val, nullptr);
+        getLayerStreamValue(host->layerHandle(found->second.layer), found->second.which, mode, time,
+                            preExpression, &value->val, nullptr);
     if (error == A_Err_NONE) ++host->streamValues;
     return error;
 }

@@ -120,7 +120,12 @@ class Host {
     /// Worlds made by the effect (PF_NEW_WORLD), by their pixels.
     std::map<const void*, World> worlds;
     /// Streams and stream values that the effect has to dispose of.
-    std::map<const void*, std::pair<int, AEGP_LayerStream>> streams;
+    struct OpenStream {
+        int layer = 0;
+        AEGP_LayerStream which = AEGP_LayerStream_NONE;
+        std::unique_ptr<void*> slot;  // the handle is its address
+    };
+    std::map<const void*, OpenStream> streams;
     int streamValues = 0;
 
     /// Comp handles. Layers are handed out as pointers into a table of pointers.
