@@ -125,8 +125,8 @@ Box3 MeshObject::localBounds() {
 
 void MeshObject::refreshWorldLists() {
     refresh();
-    const Matrix4& worldFromObject = world();  // marks the lists if anything up the tree moved
-    if (!isStale(kWorldStale)) return;
+    const Matrix4 worldFromObject = world();
+    if (!isStale(kWorldStale) && worldFromObject == worldOfLists_) return;
     worldPositions_.clear();
     worldNormals_.clear();
     if (const Mesh3* const mesh = currentMesh()) {
@@ -138,6 +138,7 @@ void MeshObject::refreshWorldLists() {
         for (const Vec3 n : mesh->normals())
             worldNormals_.push_back(normals.direction(n));
     }
+    worldOfLists_ = worldFromObject;
     setStale(kWorldStale, false);
 }
 

@@ -126,8 +126,6 @@ class MeshObject : public TransformMember {
     bool isStale(unsigned bits) const { return (stale_ & bits) != 0; }
     void setStale(unsigned bits, bool on = true) { stale_ = on ? stale_ | bits : stale_ & ~bits; }
 
-    void worldChanged() override { setStale(kWorldStale); }
-
   private:
     void refreshBox();
     void refreshWorldLists();
@@ -139,6 +137,7 @@ class MeshObject : public TransformMember {
     std::uint32_t meshRevision_ = 1;
     std::uint32_t tangentsRevision_ = 0;  // of the mesh they were made from
     Box3 box_;
+    Matrix4 worldOfLists_;  // worldFromObject when the world-space lists were made
     std::vector<Vec3> worldPositions_;
     std::vector<Vec3> worldNormals_;
     std::vector<Vec3> tangents_;

@@ -6,13 +6,14 @@
 namespace orvin {
 
 namespace {
-constexpr std::size_t kBufferSize = 64 * 1024;
-}
+constexpr std::size_t kReadBlock = 4095;
+constexpr std::size_t kWriteBuffer = 64 * 1024;
+}  // namespace
 
 FileStream::FileStream(Persistent* root, std::FILE* input, std::FILE* output, Files ownership)
     : SceneStream(root), input_(input), output_(output), ownership_(ownership) {
-    if (input_ != nullptr) readBuffer_.resize(kBufferSize);
-    if (output_ != nullptr) writeBuffer_.resize(kBufferSize);
+    if (input_ != nullptr) readBuffer_.resize(kReadBlock);
+    if (output_ != nullptr) writeBuffer_.resize(kWriteBuffer);
 }
 
 FileStream::~FileStream() {

@@ -1,6 +1,7 @@
 // Copies of members from scene to scene, with what they refer to.
 #include <algorithm>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "scene/SceneX.h"
@@ -77,16 +78,23 @@ SceneMember* SceneX::importOne(SceneMember& source, ImportPolicy& policy) {
 
 SceneMember* SceneX::importMember(SceneMember& source, ImportPolicy& policy, bool recursive) {
     std::unordered_map<SceneMember*, SceneMember*> imported;  // source to what stands for it here
+    std::unordered_set<SceneMember*> brought;                 // copies, by now in this scene
     std::vector<SceneMember*> open;                           // sources with references to follow
 
     const auto bring = [&](SceneMember& member) -> SceneMember* {
         const auto [known, isNew] = imported.try_emplace(&member, nullptr);
         if (!isNew) return known->second;
         SceneMember* const present = memberByName(member.name());
-        SceneMember* const result = importOne(member, policy);
+        // The name of a copy that only just came is no conflict to decide on.
+        ImportPolicy renaming;
+        SceneMember* const result =
+            importOne(member, brought.count(present) != 0 ? renaming : policy);
         known->second = result;
         // Only a copy brings its references; one that stayed has its own.
-        if (result != nullptr && result != present) open.push_back(&member);
+        if (result != nullptr && result != present) {
+            brought.insert(result);
+            open.push_back(&member);
+        }
         return result;
     };
 

@@ -84,13 +84,7 @@ void SceneMember::markUsed() {
         reached.pop_back();
         for (const NameRef* reference : member->references()) {
             SceneMember* const used = reference->get();
-            if (used == nullptr || used->marked) continue;
-            if (used->references().empty()) {
-                used->markUsed();
-            } else {
-                used->marked = true;
-                reached.push_back(used);
-            }
+            if (used != nullptr && !std::exchange(used->marked, true)) reached.push_back(used);
         }
     }
 }

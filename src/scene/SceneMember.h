@@ -60,9 +60,8 @@ class SceneMember : public Persistent {
     virtual std::vector<NameRef*> references() { return {}; }
 
     /// Sets `marked` here and, over references(), on every member reached. Chains of any length and
-    /// cycles are fine: a member that is marked already stops it. Classes override references(),
-    /// not this.
-    virtual void markUsed();
+    /// cycles are fine: a member that is marked already stops it.
+    void markUsed();
 
     virtual void setSaveable(bool on) { saveable = on; }
 

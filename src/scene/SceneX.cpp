@@ -39,24 +39,11 @@ constexpr MemberKind kDestroyingOrder[] = {
     MemberKind::kMaterial, MemberKind::kImageMap, MemberKind::kImageFile,
 };
 
-// Members in list order, but each behind its parent where that is one of them.
-std::vector<SceneMember*> parentsFirst(std::span<SceneMember* const> members) {
-    const auto parentAmong = [](SceneMember* member) -> TransformMember* {
-        const auto* const placed = dynamic_cast<TransformMember*>(member);
-        TransformMember* const parent = placed != nullptr ? placed->parent() : nullptr;
-        return parent != nullptr && parent->memberKind() == member->memberKind() ? parent : nullptr;
-    };
-    std::vector<SceneMember*> ordered;
-    ordered.reserve(members.size());
-    std::unordered_set<SceneMember*> done;
-    std::vector<SceneMember*> chain;
-    for (SceneMember* member : members) {
-        for (SceneMember* m = member; m != nullptr && done.insert(m).second; m = parentAmong(m))
-            chain.push_back(m);
-        ordered.insert(ordered.end(), chain.rbegin(), chain.rend());
-        chain.clear();
-    }
-    return ordered;
+// The member that must be written before this one; null for none.
+SceneMember* parentOf(SceneMember* member) {
+    const auto* const placed = dynamic_cast<TransformMember*>(member);
+    TransformMember* const parent = placed != nullptr ? placed->parent() : nullptr;
+    return parent != nullptr && parent->memberKind() != MemberKind::kRoot ? parent : nullptr;
 }
 
 }  // namespace
@@ -86,6 +73,10 @@ SceneX::SceneX(std::string_view name) : root_(std::make_unique<Root>(*this)) {
 SceneX::~SceneX() {
     meshCache_.reset();
     clearSelection();
+    for (const MemberKind kind : kAllKinds)
+        for (SceneMember* member : list(kind))
+            if (auto* const placed = dynamic_cast<TransformMember*>(member)) placed->leaveTree();
+    root_->leaveTree();
     for (const MemberKind kind : kDestroyingOrder)
         while (!list(kind).empty())
             destroy(*list(kind).back());
@@ -305,11 +296,17 @@ Box3 SceneX::sceneBounds() const {
 
 Result SceneX::writeBody(SceneStream& stream) {
     if (const Result result = stream.putName("name", sceneName_); result != kSuccess) return result;
+    std::unordered_set<SceneMember*> done;
+    std::vector<SceneMember*> chain;  // a member and its parents that aren't written yet
     for (const MemberKind kind : kWritingOrder)
-        for (SceneMember* member : parentsFirst(list(kind))) {
-            if (!member->saveable) continue;
-            if (const Result result = stream.writeObject(*member); result != kSuccess)
-                return result;
+        for (SceneMember* member : list(kind)) {
+            for (SceneMember* m = member; m != nullptr && done.insert(m).second; m = parentOf(m))
+                chain.push_back(m);
+            for (; !chain.empty(); chain.pop_back()) {
+                if (!chain.back()->saveable) continue;
+                if (const Result result = stream.writeObject(*chain.back()); result != kSuccess)
+                    return result;
+            }
         }
     return kSuccess;
 }

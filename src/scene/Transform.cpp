@@ -62,6 +62,12 @@ Axes orthonormalFrame(const Axes& axes, Vec3 lengths) {
     return frame;
 }
 
+std::array<char, 3> firstThree(std::string_view letters) {
+    std::array<char, 3> kept{' ', ' ', ' '};
+    std::copy_n(letters.begin(), std::min(letters.size(), kept.size()), kept.begin());
+    return kept;
+}
+
 Matrix4 aboutPivot(const Matrix4& operation, Vec3 pivot) {
     return Matrix4::translation(-pivot) * operation * Matrix4::translation(pivot);
 }
@@ -115,12 +121,12 @@ void Transform::setScale(Vec3 value) {
 
 void Transform::setOrder(std::string_view letters) {
     change();
-    order_ = letters;
+    order_ = firstThree(letters);
 }
 
 void Transform::setRotateOrder(std::string_view letters) {
     change();
-    rotateOrder_ = letters;
+    rotateOrder_ = firstThree(letters);
 }
 
 const Matrix4& Transform::matrix() const {
@@ -144,7 +150,7 @@ Matrix4 Transform::compose(bool withTranslation) const {
         switch (*letter) {
             case 'r':
             case 'R':
-                result = result * aboutPivot(Matrix4::rotation(rotate_, rotateOrder_), pivot);
+                result = result * aboutPivot(Matrix4::rotation(rotate_, rotateOrder()), pivot);
                 break;
             case 's':
             case 'S':
@@ -178,7 +184,7 @@ void Transform::derive() const {
         rotation.setRow(i, frame[axis]);
         if (dot(frame[axis], axes[axis]) < 0.0) scale_[i] = -scale_[i];
     }
-    rotate_ = rotationAngles(rotation, rotateOrder_);
+    rotate_ = rotationAngles(rotation, rotateOrder());
     translate_ = matrix_.origin() - compose(false).origin();
 }
 

@@ -10,7 +10,7 @@
 // a mirroring matrix gives the axis that the frame turns over a negative scale.
 #pragma once
 
-#include <string>
+#include <array>
 #include <string_view>
 
 #include "toolkit/math/Matrix4.h"
@@ -23,14 +23,15 @@ class Transform {
     Vec3 translate() const;
     Vec3 rotate() const;  // degrees
     Vec3 scale() const;
-    const std::string& order() const { return order_; }
-    const std::string& rotateOrder() const { return rotateOrder_; }
+    std::string_view order() const { return {order_.data(), order_.size()}; }
+    std::string_view rotateOrder() const { return {rotateOrder_.data(), rotateOrder_.size()}; }
 
     void setOrigin(Vec3 value);
     void setTranslate(Vec3 value);
     void setRotate(Vec3 degrees);
     void setScale(Vec3 value);
-    // Three letters of "r", "s", "t" and of "x", "y", "z", of either case; others are skipped.
+    // Three letters of "r", "s", "t" and of "x", "y", "z", of either case; others are skipped, and
+    // so is what stands behind the third.
     void setOrder(std::string_view letters);
     void setRotateOrder(std::string_view letters);
 
@@ -41,6 +42,8 @@ class Transform {
     void setMatrix(const Matrix4& matrix);
 
   private:
+    using Letters = std::array<char, 3>;
+
     void derive() const;
     void change();
     Matrix4 compose(bool withTranslation) const;
@@ -52,8 +55,8 @@ class Transform {
     mutable bool matrixIsMaster_ = false;  // components are stale
     mutable Matrix4 matrix_;
     mutable bool matrixDirty_ = true;
-    std::string order_ = "rst";
-    std::string rotateOrder_ = "xyz";
+    Letters order_{'r', 's', 't'};
+    Letters rotateOrder_{'x', 'y', 'z'};
 };
 
 }  // namespace orvin

@@ -82,12 +82,17 @@ TransformMember::~TransformMember() {
 
 Result TransformMember::writeBody(SceneStream& stream) {
     if (const Result result = SceneMember::writeBody(stream); result != kSuccess) return result;
+    // A parent that isn't written couldn't be found by the reader: the next one stands in.
+    Transform pose = transform_;
+    const TransformMember* parent = parent_;
+    for (; parent != nullptr && !parent->saveable; parent = parent->parent_)
+        pose.setMatrix(pose.matrix() * parent->transform_.matrix());
     if (stream.putInt("enabled", isEnabled() ? 1 : 0) != kSuccess) return kFailure;
-    if (stream.putVector("translate", transform_.translate()) != kSuccess) return kFailure;
-    if (stream.putVector("rotate", transform_.rotate()) != kSuccess) return kFailure;
-    if (stream.putVector("scale", transform_.scale()) != kSuccess) return kFailure;
-    if (stream.putVector("origin", transform_.origin()) != kSuccess) return kFailure;
-    return stream.putName("parent", parent_ != nullptr ? parent_->name() : scene().root().name());
+    if (stream.putVector("translate", pose.translate()) != kSuccess) return kFailure;
+    if (stream.putVector("rotate", pose.rotate()) != kSuccess) return kFailure;
+    if (stream.putVector("scale", pose.scale()) != kSuccess) return kFailure;
+    if (stream.putVector("origin", pose.origin()) != kSuccess) return kFailure;
+    return stream.putName("parent", parent != nullptr ? parent->name() : scene().root().name());
 }
 
 void TransformMember::registerTransformCommands(CommandRegistry& registry) {
@@ -105,16 +110,12 @@ void TransformMember::copyPoseFrom(const TransformMember& other) {
     transform_ = other.transform_;
 }
 
-const Matrix4& TransformMember::world() {
+Matrix4 TransformMember::world() const {
     // Up the chain in a loop: a file may nest as deep as it likes.
     Matrix4 worldFromLocal = transform_.matrix();
     for (const TransformMember* p = parent_; p != nullptr; p = p->parent_)
         worldFromLocal = worldFromLocal * p->transform_.matrix();
-    if (worldFromLocal != world_) {
-        world_ = worldFromLocal;
-        worldChanged();
-    }
-    return world_;
+    return worldFromLocal;
 }
 
 Box3 TransformMember::worldBounds() {
@@ -159,6 +160,12 @@ void TransformMember::leaveParent() {
     const auto self = std::find(siblings.rbegin(), siblings.rend(), this);
     if (self != siblings.rend()) siblings.erase(std::next(self).base());
     parent_ = nullptr;
+}
+
+// For a scene that goes as a whole: nobody is moved to anybody.
+void TransformMember::leaveTree() {
+    parent_ = nullptr;
+    children_.clear();
 }
 
 void TransformMember::moveTo(TransformMember& newParent) {

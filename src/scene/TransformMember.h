@@ -34,8 +34,8 @@ class TransformMember : public SceneMember {
     /// Flags and the whole Transform.
     void copyPoseFrom(const TransformMember& other);
 
-    /// worldFromLocal, refreshed over the chain of parents.
-    const Matrix4& world();
+    /// worldFromLocal: one product per parent up the chain, nothing is kept.
+    Matrix4 world() const;
 
     /// Box in local space; empty by default.
     virtual Box3 localBounds() { return {}; }
@@ -61,25 +61,24 @@ class TransformMember : public SceneMember {
     unsigned flags() const { return flags_; }
     virtual void setFlags(bool on, unsigned bits) { flags_ = on ? flags_ | bits : flags_ & ~bits; }
 
-    /// Puts the pivot into the centre of the children's bounds without moving anything. -1 without
-    /// children. `ignoreDepth` leaves the children's depth out.
+    /// Puts the pivot into the centre of the children's bounds without moving anything. -1 where no
+    /// child has bounds, or the node is flat. `ignoreDepth` takes 0 for the centre's world z.
     Result recenterOrigin(bool ignoreDepth);
 
   protected:
     /// "name", "end" and the transform keys.
     static void registerTransformCommands(CommandRegistry& registry);
-    /// Called when world() was recomputed and differs: objects drop their world-space lists.
-    virtual void worldChanged() {}
 
   private:
+    friend class SceneX;
     bool mayHang(const TransformMember& newParent) const;
     void moveTo(TransformMember& newParent);
     void movePoseKept(TransformMember& newParent);
     void leaveParent();
+    void leaveTree();
 
     // Plain pointers: the tree holds whatever happens to names, and a destructor leaves it tidy.
     Transform transform_;
-    Matrix4 world_;
     TransformMember* parent_ = nullptr;
     std::vector<TransformMember*> children_;
     unsigned flags_ = 0;

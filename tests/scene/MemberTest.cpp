@@ -253,7 +253,6 @@ TEST(TransformMember, BoundsRaysAndPivot) {
     expectNear(box.world(), pose);
     EXPECT_EQ(group.recenterOrigin(true), kSuccess);
     EXPECT_EQ(group.transform().origin(), (Vec3{0, 0, 0}));
-    EXPECT_EQ(box.worldChanges, 1) << "the world matrix never differed after the first time";
 }
 
 TEST(TransformMember, BlockHasItsLinesInOrder) {

@@ -78,10 +78,6 @@ class Cube : public TransformMember {
     Box3 localBounds() override { return {{-1, -1, -1}, {1, 1, 1}}; }
 
     NameRef material;
-    int worldChanges = 0;
-
-  protected:
-    void worldChanged() override { ++worldChanges; }
 };
 
 template <typename T>

@@ -169,6 +169,43 @@ TEST_F(SceneTest, NestedGroupsAreWrittenBehindTheirParents) {
     EXPECT_EQ(text(copy), written);
 }
 
+TEST_F(SceneTest, WhatIsWrittenFindsItsParents) {
+    // A group below an object: the object goes first, or, left out, hands its place on.
+    for (const bool withObject : {true, false}) {
+        SceneX scene;
+        Cube& box = scene.make<Cube>("box");
+        box.transform().setTranslate({5, 0, 0});
+        Group& group = scene.make<Group>("group");
+        group.transform().setTranslate({0, 7, 0});
+        group.attachTo(box.ref());
+        box.setSaveable(withObject);
+        const std::string written = text(scene);
+        SceneX copy;
+        ASSERT_EQ(load(copy, written.substr(written.find('\n'))), kSuccess);
+        EXPECT_EQ(copy.count(MemberKind::kObject), withObject ? 1U : 0U);
+        auto* const read = copy.memberAs<Group>(MemberKind::kGroup, "group");
+        ASSERT_NE(read, nullptr);
+        EXPECT_EQ(read->parent()->name(), withObject ? "box" : "root");
+        EXPECT_EQ(read->world().origin(), (Vec3{5, 7, 0}));
+    }
+}
+
+TEST_F(SceneTest, DeepTreesOfMixedKindsGoInOneSweep) {
+    SceneX scene;
+    TransformMember* last = &scene.root();
+    for (int i = 0; i < 200000; ++i) {
+        const std::string name = "n" + std::to_string(i);
+        TransformMember* next = nullptr;
+        if (i % 2 == 0)
+            next = &scene.make<Cube>(name);
+        else
+            next = &scene.make<Group>(name);
+        next->attachTo(last->ref());
+        last = next;
+    }
+    EXPECT_EQ(last->world(), Matrix4::identity());
+}
+
 TEST_F(SceneTest, CommandLineKeys) {
     SceneX scene("s");
     scene.make<Cube>("a");
@@ -387,6 +424,25 @@ TEST_F(SceneTest, ImportReconcilesNames) {
         auto* const used = static_cast<Material*>(copy->material.get());
         EXPECT_EQ(used->use.name(), c.maps.back());
     }
+}
+
+TEST_F(SceneTest, AnImportNeverReplacesItsOwnCopies) {
+    // "grain" is renamed to the very name that its neighbour brings along.
+    SceneX source;
+    auto& neighbour = source.make<Map>("grain.1", "ImageMap");
+    auto& grain = source.make<Map>("grain", "ImageMap");
+    grain.use = neighbour.ref();
+    SceneX target;
+    target.make<Map>("grain", "ImageMap");
+    ImportPolicy policy;
+    policy.question = [](const SceneMember&, const SceneMember& incoming) {
+        const bool first = incoming.name() == "grain";
+        return std::pair{first ? NameConflict::kRenameNew : NameConflict::kReplaceOld, false};
+    };
+    auto* const copy = static_cast<Map*>(target.importMember(grain, policy, true));
+    EXPECT_EQ(names(target.members(MemberKind::kImageMap)), (Names{"grain", "grain.1", "grain.2"}));
+    EXPECT_EQ(copy, target.memberByName("grain.1"));
+    EXPECT_EQ(copy->use.name(), "grain.2");
 }
 
 TEST_F(SceneTest, SomeMembersExistOnce) {
