@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string_view>
+#include <system_error>
 
 #include "toolkit/Questions.h"
 #include "toolkit/platform/Platform.h"
@@ -24,17 +25,15 @@ std::string_view fileNameOf(std::string_view path) {
 
 std::optional<std::string> locateImage(const std::string& path) {
     const std::filesystem::path module = platform::moduleFolder();
-    const std::string_view name = fileNameOf(path);
-    const std::filesystem::path folders[] = {gLastImageFolder, module / "Tarnwick Environments",
+    const std::filesystem::path name = platform::pathFromText(fileNameOf(path));
+    const std::filesystem::path folders[] = {platform::pathFromText(gLastImageFolder),
+                                             module / "Tarnwick Environments",
                                              module / "Tarnwick Maps"};
     for (const auto& folder : folders) {
+        std::error_code error;  // a folder out of reach is one without the file
         if (folder.empty() || name.empty()) continue;
-        try {
-            const auto candidate = folder / name;
-            if (std::filesystem::is_regular_file(candidate)) return candidate.string();
-        } catch (const std::filesystem::filesystem_error&) {
-            continue;  // a name that this platform can't even spell, or a folder out of reach
-        }
+        const auto candidate = folder / name;
+        if (std::filesystem::is_regular_file(candidate, error)) return candidate.string();
     }
     const auto picked = questions().openFile("Please locate image: " + path, kImagePattern);
     if (!picked) {
