@@ -16,3 +16,9 @@ target_link_libraries(test_apps PRIVATE orvinhost_core GTest::gtest_main)
 add_dependencies(test_apps orvin_test_effect)
 orvin_warnings(test_apps)
 gtest_discover_tests(test_apps DISCOVERY_TIMEOUT 120 DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+
+add_test(NAME program_pipeline COMMAND ${CMAKE_COMMAND} -DORVINEX=$<TARGET_FILE:orvinex>
+  -DORVINHOST=$<TARGET_FILE:orvinhost> -DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}
+  -DSOURCE=${CMAKE_SOURCE_DIR} -DWORK=${CMAKE_BINARY_DIR}/pipeline
+  -P ${CMAKE_CURRENT_LIST_DIR}/pipeline.cmake)
+set_tests_properties(program_pipeline PROPERTIES TIMEOUT 300)

@@ -1,0 +1,30 @@
+// The commands of orvinex. Each gets its parsed options, throws UsageError or Failure, and returns
+// the exit status.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "common/Options.h"
+#include "setup/Project.h"
+
+namespace orvin::orvinex {
+
+int renderCommand(const apps::ParsedOptions& options);
+int importCommand(const apps::ParsedOptions& options);
+int exportCommand(const apps::ParsedOptions& options);
+int resaveCommand(const apps::ParsedOptions& options);
+int infoCommand(const apps::ParsedOptions& options);
+int paramsCommand(const apps::ParsedOptions& options);
+int sheetCommand(const apps::ParsedOptions& options);
+
+/// Opens the project or throws Failure with the reason.
+void openProject(Project& project, const std::filesystem::path& path);
+
+/// Saves it or throws Failure; the old file is then as it was.
+void saveProject(Project& project, const std::filesystem::path& path);
+
+/// The value of "-o", or UsageError.
+std::string outputOption(const apps::ParsedOptions& options);
+
+}  // namespace orvin::orvinex

@@ -1,0 +1,109 @@
+// import and export.
+#include <algorithm>
+
+#include "common/ProgressBar.h"
+#include "interchange/ModelFormats.h"
+#include "orvinex/Commands.h"
+#include "render/CameraX.h"
+#include "scene/FrameClock.h"
+#include "toolkit/Progress.h"
+
+namespace orvin::orvinex {
+
+namespace {
+
+constexpr int kMaxFrames = 1 << 20;
+
+/// Shows long work for the length of a scope.
+class ShownProgress {
+  public:
+    ShownProgress(std::string_view label, bool quiet) : bar_(label, quiet) {
+        setProgress([this](int current, int total) {
+            if (total > 0) bar_.update(static_cast<double>(current) / total);
+            return 0;
+        });
+    }
+    ~ShownProgress() { setProgress({}); }
+    ShownProgress(const ShownProgress&) = delete;
+    ShownProgress& operator=(const ShownProgress&) = delete;
+
+  private:
+    apps::ProgressBar bar_;
+};
+
+// Pictures up to this wide for their height hold a framed scene.
+constexpr double kWidestPicture = 16.0 / 9.0;
+
+/// Stands the scene's camera so that all objects are in its picture.
+void frameObjects(SceneX& scene) {
+    auto* const camera = scene.memberAs<CameraX>(MemberKind::kCamera, kDefaultCamera);
+    Box3 box;
+    for (SceneMember* const member : scene.members(MemberKind::kObject))
+        if (auto* const object = dynamic_cast<MeshObject*>(member))
+            box.merge(object->worldBounds());
+    if (camera == nullptr || box.empty()) return;
+    const double radius = std::max(0.5 * length(box.size()), 1e-6);
+    const double halfAngle =
+        std::atan(std::tan(radians(camera->fieldOfView()) / 2.0) / kWidestPicture);
+    const double distance = radius / std::sin(halfAngle);
+    camera->setTarget(box.center());
+    camera->setDistance(distance);
+    camera->setClip(std::min(camera->nearClip(), distance / 1000.0),
+                    std::max(camera->farClip(), 4.0 * distance));
+}
+
+std::vector<MeshObject*> chosenObjects(SceneX& scene, const std::vector<std::string>& names) {
+    if (names.empty()) return objectsToExport(scene, false);
+    std::vector<MeshObject*> objects;
+    for (const std::string& name : names) {
+        auto* const object = scene.memberAs<MeshObject>(MemberKind::kObject, name);
+        if (object == nullptr) throw apps::Failure("no object is named '" + name + "'");
+        objects.push_back(object);
+    }
+    return objects;
+}
+
+int qualityOption(const apps::ParsedOptions& options) {
+    const std::string quality = options.value("--quality", "render");
+    if (quality == "render") return 1;
+    if (quality == "preview") return 0;
+    throw apps::UsageError("--quality takes preview or render");
+}
+
+}  // namespace
+
+int importCommand(const apps::ParsedOptions& options) {
+    const std::string output = outputOption(options);
+    Project project;
+    {
+        const ShownProgress progress("importing", options.has("--quiet"));
+        const std::filesystem::path model = options.positional()[0];
+        if (importModel(project.mainScene(), model) != kSuccess)
+            throw apps::Failure("nothing was imported from '" + model.string() + "'");
+    }
+    frameObjects(project.mainScene());
+    saveProject(project, output);
+    return apps::kExitDone;
+}
+
+int exportCommand(const apps::ParsedOptions& options) {
+    const std::string output = outputOption(options);
+    ExportOptions settings;
+    settings.quality = qualityOption(options);
+    Project project;
+    openProject(project, options.positional()[0]);
+    if (options.has("--frames"))
+        setTotalFrames(apps::wholeOption(options.value("--frames"), "--frames", 1, kMaxFrames));
+    if (options.has("--frame")) {
+        const int frame = apps::wholeOption(options.value("--frame"), "--frame", 0, kMaxFrames);
+        setTotalFrames(std::max(totalFrames(), frame + 1));
+        setCurrentFrame(frame);
+    }
+    const auto objects = chosenObjects(project.mainScene(), options.all("--object"));
+    const ShownProgress progress("exporting", options.has("--quiet"));
+    if (exportModel(output, objects, settings) != kSuccess)
+        throw apps::Failure("'" + output + "' was not written");
+    return apps::kExitDone;
+}
+
+}  // namespace orvin::orvinex

@@ -1,0 +1,85 @@
+// render: one still through the scene's own camera and lights.
+#include <cstdio>
+
+#include "common/Png.h"
+#include "common/ProgressBar.h"
+#include "orvinex/Commands.h"
+#include "render/CameraX.h"
+#include "render/SoftwareRenderer.h"
+#include "scene/FrameClock.h"
+#include "toolkit/Progress.h"
+
+namespace orvin::orvinex {
+
+namespace {
+
+constexpr int kMaxFrame = 1 << 20;
+
+RenderParams paramsFor(const apps::ParsedOptions& options, RenderState& state) {
+    if (options.has("--antialias"))
+        state.setAntiAliasLevel(
+            apps::wholeOption(options.value("--antialias"), "--antialias", 1, 17));
+    if (options.has("--pixel-aspect")) {
+        const apps::Ratio aspect =
+            apps::ratioOption(options.value("--pixel-aspect"), "--pixel-aspect");
+        state.setPixelAspect(static_cast<float>(aspect.num) / static_cast<float>(aspect.den));
+    }
+    if (options.has("--size")) {
+        const apps::Size size = apps::sizeOption(options.value("--size"), "--size");
+        state.params.width = size.width;
+        state.params.height = size.height;
+    }
+    return state.params;
+}
+
+apps::Picture upright(const ImageBuffer& image) {
+    apps::Picture picture(image.width(), image.height());
+    for (int y = 0; y < image.height(); ++y) {
+        // The renderer's row 0 is the bottom one.
+        std::span<std::uint8_t> row(picture.pixel(0, image.height() - 1 - y), image.rowBytes());
+        if (image.readRow(y, row) != kSuccess)
+            throw apps::Failure("the rendered picture can't be read back from its temporary file");
+    }
+    return picture;
+}
+
+}  // namespace
+
+int renderCommand(const apps::ParsedOptions& options) {
+    const std::string output = outputOption(options);
+    Project project;
+    openProject(project, options.positional()[0]);
+    SceneX& scene = project.mainScene();
+    const RenderParams params = paramsFor(options, project.renderState());
+
+    const int method = options.has("--method")
+                           ? apps::wholeOption(options.value("--method"), "--method", 1, 4)
+                           : project.renderState().renderMethod;
+    if (method >= 2 && method <= 4) {
+        if (options.has("--method"))
+            throw apps::Failure("renderers 2 to 4 draw with OpenGL, which isn't there yet");
+        std::fprintf(stderr, "OpenGL is not available: using the Orvinex Renderer.\n");
+    }
+    const std::string cameraName = options.value("--camera", kDefaultCamera);
+    SoftwareRenderOptions render;
+    render.camera = scene.memberAs<CameraX>(MemberKind::kCamera, cameraName);
+    if (render.camera == nullptr) throw apps::Failure("no camera is named '" + cameraName + "'");
+    if (options.has("--frame")) {
+        const int frame = apps::wholeOption(options.value("--frame"), "--frame", 0, kMaxFrame);
+        setTotalFrames(std::max(totalFrames(), frame + 1));
+        setCurrentFrame(frame);
+    }
+    apps::ProgressBar bar("rendering", options.has("--quiet"));
+    setProgress([&bar](int current, int total) {
+        if (total > 0) bar.update(static_cast<double>(current) / total);
+        return 0;
+    });
+    const auto image = renderSoftware(scene, params, render);
+    setProgress({});
+    bar.clear();
+    if (!image) throw apps::Failure("the frame was stopped");
+    apps::writePng(output, upright(*image));
+    return apps::kExitDone;
+}
+
+}  // namespace orvin::orvinex

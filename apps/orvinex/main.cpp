@@ -1,0 +1,171 @@
+// orvinex: authoring, conversion, stills and inspection of projects without a host.
+#include <cstdio>
+#include <new>
+
+#include "orvinex/Commands.h"
+#include "toolkit/Errors.h"
+
+namespace orvin::orvinex {
+
+namespace {
+
+constexpr const char* kProgram = "orvinex";
+constexpr const char* kPurpose =
+    "Makes, converts, renders and inspects 3D Orvinex projects (.twp).";
+
+struct Command {
+    apps::CommandSpec spec;
+    int (*run)(const apps::ParsedOptions&);
+};
+
+const std::vector<Command>& commands() {
+    static const apps::OptionSpec kOut{"-o", "FILE", "where the result goes"};
+    static const apps::OptionSpec kQuiet{"--quiet", "", "no progress bar"};
+    static const std::vector<Command> all = {
+        {{"import",
+          "MODEL -o OUT.twp",
+          1,
+          1,
+          "makes a project of a model",
+          {kOut, kQuiet},
+          {"orvinex import chair.obj -o chair.twp"}},
+         importCommand},
+        {{"export",
+          "PROJECT.twp -o OUT.obj",
+          1,
+          1,
+          "writes the objects of a project as a model; the extension says which kind",
+          {kOut,
+           {"--object", "NAME", "only this object; may be repeated"},
+           {"--quality", "preview|render", "how finely curves are divided (render)"},
+           {"--frame", "N", "the frame that changing outlines show (0)"},
+           {"--frames", "TOTAL", "all frames of changing outlines"},
+           kQuiet},
+          {"orvinex export logo.twp -o logo.obj --object \"Gem\""}},
+         exportCommand},
+        {{"render",
+          "PROJECT.twp -o OUT.png",
+          1,
+          1,
+          "renders a still through the scene's own camera and lights",
+          {kOut,
+           {"--size", "WxH", "picture size in pixels (the project's)"},
+           {"--antialias", "LEVEL", "1 to 17, as in the anti-alias menu (the project's)"},
+           {"--method", "N", "renderer, 1 is the Orvinex Renderer (the project's)"},
+           {"--camera", "NAME", "camera to look through (dflt_cam)"},
+           {"--frame", "N", "the frame that changing outlines show (0)"},
+           {"--pixel-aspect", "N/D", "width over height of a pixel (1)"},
+           kQuiet},
+          {"orvinex render logo.twp -o still.png --size 1920x1080 --antialias 7"}},
+         renderCommand},
+        {{"resave",
+          "IN.twp -o OUT.twp",
+          1,
+          1,
+          "reads a project and writes it anew",
+          {kOut, {"--ascii", "", "thumbnails as text"}},
+          {"orvinex resave old.twp -o new.twp"}},
+         resaveCommand},
+        {{"info",
+          "PROJECT.twp",
+          1,
+          1,
+          "tells what a project holds",
+          {{"--json", "", "as JSON"}},
+          {"orvinex info logo.twp", "orvinex info logo.twp --json"}},
+         infoCommand},
+        {{"params",
+          "PROJECT.twp",
+          1,
+          1,
+          "parameter values that match the scene, as KEYS.json for orvinhost",
+          {{"-o", "FILE", "where they go (standard output)"}},
+          {"orvinex params logo.twp -o keys.json"}},
+         paramsCommand},
+        {{"sheet",
+          "PICTURE.png... -o OUT.png",
+          1,
+          10000,
+          "puts pictures side by side on a contact sheet",
+          {{"-o", "FILE", "where the sheet goes"},
+           {"--columns", "N", "pictures in a row (4)"},
+           {"--width", "PIXELS", "width of each (320)"}},
+          {"orvinex sheet out/frame-00*.png -o sheet.png --columns 5"}},
+         sheetCommand},
+    };
+    return all;
+}
+
+bool isHelp(const std::string& word) {
+    return word == "--help" || word == "-h" || word == "help";
+}
+
+int fail(const std::string& message) {
+    std::fprintf(stderr, "%s: %s\n", kProgram, message.c_str());
+    return apps::kExitFailed;
+}
+
+int runCommand(const Command& command, const std::vector<std::string>& arguments) {
+    for (const std::string& argument : arguments)
+        if (isHelp(argument) && argument != "help") {
+            std::fputs(apps::commandHelp(kProgram, command.spec).c_str(), stdout);
+            return apps::kExitDone;
+        }
+    try {
+        return command.run(apps::parseOptions(command.spec, arguments));
+    } catch (const apps::UsageError& error) {
+        std::fprintf(stderr, "%s: %s\n%s\n", kProgram, error.what(),
+                     apps::usageLine(kProgram, command.spec).c_str());
+        return apps::kExitUsage;
+    } catch (const apps::Failure& error) {
+        return fail(error.what());
+    } catch (const std::bad_alloc&) {
+        return fail("Not enough memory to complete operation.");
+    } catch (eBaseError) {
+        return fail("a picture of that size can't be made");
+    }
+}
+
+int run(const std::vector<std::string>& arguments) {
+    std::vector<apps::CommandSpec> specs;
+    for (const Command& command : commands())
+        specs.push_back(command.spec);
+    const std::string help = apps::programHelp(kProgram, kPurpose, specs);
+    if (arguments.empty()) {
+        std::fputs(help.c_str(), stderr);
+        return apps::kExitUsage;
+    }
+    if (isHelp(arguments[0])) {
+        std::fputs(help.c_str(), stdout);
+        return apps::kExitDone;
+    }
+    for (const Command& command : commands())
+        if (command.spec.name == arguments[0])
+            return runCommand(command, {arguments.begin() + 1, arguments.end()});
+    for (const char* later : {"text", "outline", "edges"})
+        if (arguments[0] == later) return fail("'" + arguments[0] + "' isn't there yet");
+    std::fprintf(stderr, "%s: no command is named '%s'\n%s", kProgram, arguments[0].c_str(),
+                 help.c_str());
+    return apps::kExitUsage;
+}
+
+}  // namespace
+
+void openProject(Project& project, const std::filesystem::path& path) {
+    if (project.open(path) != kSuccess) throw apps::Failure(project.failure());
+}
+
+void saveProject(Project& project, const std::filesystem::path& path) {
+    if (project.save(path) != kSuccess) throw apps::Failure(project.failure());
+}
+
+std::string outputOption(const apps::ParsedOptions& options) {
+    if (!options.has("-o")) throw apps::UsageError("-o is missing");
+    return options.value("-o");
+}
+
+}  // namespace orvin::orvinex
+
+int main(int argc, char** argv) {
+    return orvin::orvinex::run({argv + 1, argv + argc});
+}

@@ -1,0 +1,77 @@
+# The programs as a user strings them together, on the real effect: model to project, project to
+# still, model and parameters, project through the effect's entry to frames.
+# Run with -DORVINEX=... -DORVINHOST=... -DEMULATOR=... -DSOURCE=... -DWORK=...
+file(REMOVE_RECURSE ${WORK})
+file(MAKE_DIRECTORY ${WORK})
+
+function(run expected)
+  execute_process(COMMAND ${EMULATOR} ${ARGN} WORKING_DIRECTORY ${SOURCE} RESULT_VARIABLE status
+    OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  if(NOT status EQUAL expected)
+    list(JOIN ARGN " " line)
+    message(FATAL_ERROR "${line}\nstatus ${status}, not ${expected}\n${output}\n${errors}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+  set(errors "${errors}" PARENT_SCOPE)
+endfunction()
+
+function(expect_match text pattern)
+  if(NOT "${text}" MATCHES "${pattern}")
+    message(FATAL_ERROR "no '${pattern}' in:\n${text}")
+  endif()
+endfunction()
+
+set(model ${SOURCE}/examples/demo/models/plate.obj)
+run(0 ${ORVINEX} import ${model} -o ${WORK}/plate.twp --quiet)
+run(0 ${ORVINEX} info ${WORK}/plate.twp)
+expect_match("${output}" "ObjectP \"Plate\"  385 vertices, 384 faces")
+run(0 ${ORVINEX} render ${WORK}/plate.twp -o ${WORK}/still.png --size 32x18 --antialias 2 --quiet)
+run(0 ${ORVINEX} export ${WORK}/plate.twp -o ${WORK}/plate.obj --quiet)
+file(STRINGS ${WORK}/plate.obj faces REGEX "^f ")
+list(LENGTH faces count)
+expect_match(${count} "^384$")
+run(0 ${ORVINEX} params ${WORK}/plate.twp -o ${WORK}/keys.json)
+
+# Saved once, a project saves to the same bytes again, but for the texture vertices, which the format
+# turns at each reading.
+foreach(step 1 2)
+  math(EXPR next "${step} + 1")
+  if(step EQUAL 1)
+    run(0 ${ORVINEX} resave ${WORK}/plate.twp -o ${WORK}/save1.twp)
+  endif()
+  run(0 ${ORVINEX} resave ${WORK}/save${step}.twp -o ${WORK}/save${next}.twp)
+endforeach()
+foreach(save 2 3)
+  file(STRINGS ${WORK}/save${save}.twp save${save})
+  list(FILTER save${save} EXCLUDE REGEX "^ *vt ")
+endforeach()
+if(NOT "${save2}" STREQUAL "${save3}")
+  message(FATAL_ERROR "a second save differs")
+endif()
+
+# Through the effect: strict, with every rule of the host's checked, in the ways that hosts differ.
+set(frames ${ORVINHOST} render ${WORK}/plate.twp --keys ${WORK}/keys.json --size 48x27 --quiet)
+run(0 ${frames} --out ${WORK}/f-%02d.png --frames 0-2 --duration 3)
+run(0 ${frames} --out ${WORK}/old.png --frames 0 --host 12.10)
+run(0 ${frames} --out ${WORK}/thread.png --frames 0 --render-thread)
+run(0 ${frames} --out ${WORK}/reload-%d.png --frames 0-1 --reload)
+run(0 ${frames} --out ${WORK}/draft.png --frames 0 --quality draft)
+run(1 ${frames} --out ${WORK}/memory.png --frames 0 --refuse-handle RENDER:1)
+expect_match("${errors}" "PF_Cmd_RENDER failed with 4")
+foreach(name old thread)
+  file(SHA256 ${WORK}/${name}.png hash)
+  file(SHA256 ${WORK}/f-00.png expected)
+  if(NOT hash STREQUAL expected)
+    message(FATAL_ERROR "${name}.png is another picture than f-00.png")
+  endif()
+endforeach()
+
+# What goes wrong says so in one line and with its status.
+run(1 ${ORVINEX} render ${WORK}/nothing.twp -o ${WORK}/x.png)
+expect_match("${errors}" "nothing.twp")
+run(1 ${ORVINEX} export ${WORK}/plate.twp -o ${WORK}/x.lwo --quiet)
+run(1 ${ORVINEX} text Hello)
+expect_match("${errors}" "isn't there yet")
+run(2 ${ORVINEX} render ${WORK}/plate.twp)
+expect_match("${errors}" "usage: orvinex render")
+run(2 ${ORVINEX} dance)
