@@ -1,0 +1,16 @@
+// Meshes with smaller or simpler faces, for formats that can't hold what this system makes.
+#pragma once
+
+#include "geometry/Mesh3.h"
+
+namespace orvin {
+
+/// The mesh with every face cut into a fan of pieces of at most `maxSides` corners (3 at least).
+/// Kind, material, texture and normals stay; faces of fewer than three corners go.
+Mesh3 quadrangulate(const Mesh3& source, int maxSides);
+
+/// The mesh with every concave polygon cut into convex ones. Faces that are convex, have no area or
+/// are no polygons stay as they are.
+Mesh3 splitConcaveFaces(const Mesh3& source);
+
+}  // namespace orvin
