@@ -5,7 +5,6 @@ set_target_properties(orvin_test_effect PROPERTIES PREFIX "" OUTPUT_NAME TestEff
 target_include_directories(orvin_test_effect PRIVATE ${CMAKE_SOURCE_DIR}/src)
 if(WIN32)
   target_sources(orvin_test_effect PRIVATE ${CMAKE_CURRENT_LIST_DIR}/module/TestEffect.def)
-  target_link_options(orvin_test_effect PRIVATE -static)
 endif()
 orvin_warnings(orvin_test_effect)
 
