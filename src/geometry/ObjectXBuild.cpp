@@ -34,17 +34,52 @@ SweepLoop sweepLoop(const PolyShape2& shape, const LoopInfo& info, bool perim) {
     return loop;
 }
 
+/// How much a sweep adds to a mesh at most.
+class SweepSize {
+  public:
+    void add(const std::vector<SweepLoop>& loops, const std::vector<EdgePath>& paths) {
+        std::size_t rings = 0;
+        std::size_t strips = 0;
+        for (const EdgePath& path : paths) {
+            rings += path.points.size();
+            strips += path.points.empty() ? 0 : path.points.size() - 1;
+        }
+        for (const SweepLoop& loop : loops) {
+            vertices_ += loop.points.size() * rings;
+            texVertices_ += (loop.points.size() + 1) * rings;
+            faces_ += loop.points.size() * strips;
+        }
+    }
+    void reserve(Mesh3& mesh) const {
+        // Vertices, texture vertices and normals at up to four corners.
+        constexpr std::size_t kIndices = 12;
+        const auto count = [](int n) { return static_cast<std::size_t>(n); };
+        mesh.reserve(count(mesh.vertexCount()) + vertices_,
+                     count(mesh.texVertexCount()) + texVertices_,
+                     count(mesh.normalCount()) + vertices_, count(mesh.faceCount()) + faces_,
+                     3 * mesh.cornerCount() + kIndices * faces_);
+    }
+
+  private:
+    std::size_t vertices_ = 0;
+    std::size_t texVertices_ = 0;
+    std::size_t faces_ = 0;
+};
+
 }  // namespace
 
 Result ObjectX::rebuild(int quality) {
-    mesh_.clear();
     ObjectXStyle* const recipe = style();
-    if (recipe == nullptr) return kFailure;
+    if (recipe == nullptr) {
+        mesh_.clear();
+        return kFailure;
+    }
     const Seen now = currentRevisions();
     const bool facesChanged = now.face != seen_.face || now.styleFace != seen_.styleFace ||
                               isStale(kBuiltForRender) != (quality == 1) || isStale(kRebuild);
     PolyShape2 shape;
     if (loadOutline(quality, shape) != kSuccess) {
+        mesh_.clear();
         finish(quality);
         transform().setOrigin({});
         transform().setOrder("trs");
@@ -52,14 +87,18 @@ Result ObjectX::rebuild(int quality) {
     }
     if (recipe->has(ObjectXStyle::kFront | ObjectXStyle::kBack)) {
         if (facesChanged) buildFaces(shape);
-        mesh_ = faceMesh_;
+        mesh_ = faceMesh_;  // into the memory of the mesh before
+    } else {
+        mesh_.clear();
     }
     const bool edgesChanged = facesChanged || now.perim != seen_.perim || now.hole != seen_.hole ||
                               now.styleEdge != seen_.styleEdge;
     if (recipe->depth() != 0.0 && edgesChanged &&
         recipe->has(ObjectXStyle::kPerimEdge | ObjectXStyle::kHoleEdge) &&
-        sweep(quality, std::move(shape)) != kSuccess)
+        sweep(quality, std::move(shape)) != kSuccess) {
+        mesh_.clear();
         return kFailure;
+    }
     finish(quality);
     placePivot();
     return kSuccess;
@@ -142,28 +181,41 @@ Result ObjectX::edgePaths(int quality, bool perim, std::vector<EdgePath>& paths)
 }
 
 Result ObjectX::sweep(int quality, PolyShape2 shape) {
-    ObjectXStyle& recipe = *style();
-    const std::vector<LoopInfo> loops = shape.classifyLoops();
-    for (const bool perim : {true, false}) {
-        std::vector<EdgePath> paths;
-        if (edgePaths(quality, perim, paths) != kSuccess) {
-            if (!perim) std::printf("bad hole path.\n");
-            return kFailure;
-        }
-        if (!recipe.has(perim ? ObjectXStyle::kPerimEdge : ObjectXStyle::kHoleEdge)) continue;
-        SweepSettings settings;
-        settings.depth = recipe.depth();
-        settings.xScale = perim ? recipe.perimXScale() : recipe.holeXScale();
-        settings.everyRing = recipe.mitreMethod() == ObjectXStyle::Mitre::kComplex;
-        settings.repair = repair_;
-        for (const LoopInfo& info : loops) {
-            // An island in a hole goes with the holes.
-            if ((info.depth == 0) != perim) continue;
-            const SweepLoop loop = sweepLoop(shape, info, perim);
-            for (const EdgePath& path : paths)
-                sweepPath(path, loop, settings, mesh_);
-        }
+    const ObjectXStyle& recipe = *style();
+    std::vector<EdgePath> perimPaths;
+    std::vector<EdgePath> holePaths;
+    if (edgePaths(quality, true, perimPaths) != kSuccess) return kFailure;
+    if (edgePaths(quality, false, holePaths) != kSuccess) {
+        std::printf("bad hole path.\n");
+        return kFailure;
     }
+    if (!recipe.has(ObjectXStyle::kPerimEdge)) perimPaths.clear();
+    if (!recipe.has(ObjectXStyle::kHoleEdge)) holePaths.clear();
+
+    std::vector<SweepLoop> perimLoops;
+    std::vector<SweepLoop> holeLoops;
+    for (const LoopInfo& info : shape.classifyLoops()) {
+        // An island in a hole goes with the holes.
+        const bool perim = info.depth == 0;
+        (perim ? perimLoops : holeLoops).push_back(sweepLoop(shape, info, perim));
+    }
+    SweepSize size;
+    size.add(perimLoops, perimPaths);
+    size.add(holeLoops, holePaths);
+    size.reserve(mesh_);
+
+    SweepSettings settings;
+    settings.depth = recipe.depth();
+    settings.everyRing = recipe.mitreMethod() == ObjectXStyle::Mitre::kComplex;
+    settings.repair = repair_;
+    settings.xScale = recipe.perimXScale();
+    for (const SweepLoop& loop : perimLoops)
+        for (const EdgePath& path : perimPaths)
+            sweepPath(path, loop, settings, mesh_);
+    settings.xScale = recipe.holeXScale();
+    for (const SweepLoop& loop : holeLoops)
+        for (const EdgePath& path : holePaths)
+            sweepPath(path, loop, settings, mesh_);
     return kSuccess;
 }
 

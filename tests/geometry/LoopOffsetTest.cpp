@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
+#include <optional>
+#include <random>
 
+#include "geometry/outline/NearLoop.h"
 #include "tests/geometry/OutlineShapes.h"
 
 namespace orvin {
@@ -87,6 +91,27 @@ TEST(LoopOffset, RepairKeepsTheRingOutOfANarrowGap) {
     EXPECT_NEAR(signedArea(ring), 106.0 * 66.0, 3.0);
     EXPECT_EQ(offsetLoop(block, -3, OffsetRepair::kFans),
               offsetLoop(block, -3, OffsetRepair::kNone));
+}
+
+TEST(NearLoop, AnswersAreThoseOfAWalkOverAllEdges) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> place(-30.0, 130.0);
+    for (int trial = 0; trial < 60; ++trial) {
+        Loop loop = test::ring({50, 50}, 40, 50 + 7 * trial);
+        for (std::size_t i = 0; i < loop.size(); i += 3)
+            loop[i] = {place(random), place(random)};
+        std::vector<Line2> edges;
+        for (std::size_t k = 0; k < loop.size(); ++k)
+            edges.emplace_back(loop[k], loop[(k + 1) % loop.size()]);
+        const NearLoop near(loop, edges, std::pow(10.0, trial % 4 - 2));
+        for (int probe = 0; probe < 200; ++probe) {
+            const Vec2 x{place(random), place(random)};
+            std::optional<std::size_t> first;
+            for (std::size_t k = 0; k < loop.size() && !first; ++k)
+                if (near.isNearEdge(x, k)) first = k;
+            ASSERT_EQ(near.firstNear(x), first);
+        }
+    }
 }
 
 TEST(LoopOffset, OddInputEnds) {

@@ -175,7 +175,8 @@ Result CompositeCurve2::emit(double tolerance, double hardAngle, Mesh2& out) con
 }
 
 void CompositeCurve2::appendKnots(std::vector<double>& knots) const {
-    const double total = length();
+    const double whole = length();
+    const double total = whole > 0.0 ? whole : 1.0;
     double offset = 0.0;
     for (const Curve2& c : curves) {
         c.appendKnots(offset, total, knots);

@@ -1,4 +1,7 @@
 // NearLoop: answers whether a point is nearer to a closed loop than a given distance.
+//
+// Edges are sorted into a grid by their boxes, widened by the distance; a cell lists its edges in
+// order, so that the answers are those of a walk over all edges.
 #pragma once
 
 #include <cstddef>
@@ -12,39 +15,37 @@ namespace orvin {
 
 class NearLoop {
   public:
-    /// `edges[k]` runs from point k to the next. Both must outlive this. Edges shorter than 0.03
-    /// don't count: what is near them is near their neighbours.
-    NearLoop(std::span<const Vec2> loop, std::span<const Line2> edges, double distance)
-        : loop_(loop), edges_(edges), distance_(distance) {}
+    /// `edges[k]` runs from point k to the next; both lists must outlive this. The distance is
+    /// above 0. Edges shorter than 0.03 don't count: what is near them is near their neighbours.
+    NearLoop(std::span<const Vec2> loop, std::span<const Line2> edges, double distance);
 
-    bool isNearEdge(Vec2 x, std::size_t k) const {
-        const Vec2 a = loop_[k];
-        const Vec2 b = loop_[k + 1 < loop_.size() ? k + 1 : 0];
-        if (!(x.x >= std::min(a.x, b.x) - distance_ && x.x <= std::max(a.x, b.x) + distance_ &&
-              x.y >= std::min(a.y, b.y) - distance_ && x.y <= std::max(a.y, b.y) + distance_))
-            return false;
-        const Line2& edge = edges_[k];
-        if (dot(edge.direction(), edge.direction()) < kNoEdge) return false;
-        const double t = edge.parameterOf(x);
-        if (t < 0.0) return length(x - a) < distance_;
-        if (t > 1.0) return length(x - b) < distance_;
-        return std::abs(edge.signedDistance(x)) < distance_;
-    }
+    bool isNearEdge(Vec2 x, std::size_t k) const;
 
     /// The first edge that is near.
-    std::optional<std::size_t> firstNear(Vec2 x) const {
-        for (std::size_t k = 0; k < loop_.size(); ++k)
-            if (isNearEdge(x, k)) return k;
-        return std::nullopt;
-    }
+    std::optional<std::size_t> firstNear(Vec2 x) const;
     bool isNear(Vec2 x) const { return firstNear(x).has_value(); }
 
   private:
-    static constexpr double kNoEdge = 0.001;  // squared length
+    struct Cells {
+        int x0, x1, y0, y1;  // ends included
+    };
+
+    void buildGrid();
+    Box2 reach(std::size_t k) const;
+    Cells cells(const Box2& box) const;
+    Vec2 end(std::size_t k) const { return loop_[k + 1 < loop_.size() ? k + 1 : 0]; }
 
     std::span<const Vec2> loop_;
     std::span<const Line2> edges_;
     double distance_;
+
+    // No columns: every edge is looked at.
+    int columns_ = 0;
+    int rows_ = 0;
+    Box2 bounds_;
+    double cellsPerUnit_ = 0.0;
+    std::vector<std::size_t> starts_;  // one more than there are cells
+    std::vector<int> entries_;
 };
 
 }  // namespace orvin
