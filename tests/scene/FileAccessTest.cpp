@@ -7,6 +7,7 @@
 #include <string>
 
 #include "scene/LocateImage.h"
+#include "tests/support/TempFolder.h"
 #include "toolkit/Questions.h"
 
 namespace orvin {
@@ -16,12 +17,6 @@ namespace fs = std::filesystem;
 
 class FileAccessTest : public testing::Test {
   protected:
-    FileAccessTest() : folder(fs::path(testing::TempDir()) / "orvin-file-access") {
-        fs::remove_all(folder);
-        fs::create_directories(folder);
-    }
-    ~FileAccessTest() override { fs::remove_all(folder); }
-
     static std::string content(const fs::path& path) {
         std::ifstream file(path, std::ios::binary);
         return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
@@ -37,7 +32,8 @@ class FileAccessTest : public testing::Test {
         return static_cast<std::size_t>(std::distance(begin(files), end(files)));
     }
 
-    fs::path folder;
+    const test::TempFolder temporary;
+    const fs::path folder = temporary.path();
 };
 
 TEST_F(FileAccessTest, AReplacedFileChangesOnlyInCommit) {
