@@ -9,6 +9,7 @@
 #include "host/HostState.h"
 #include "host/OrvinApp.h"
 #include "host/PanelSurface.h"
+#include "host/ParamCheckout.h"
 #include "host/ParameterTable.h"
 #include "host/Stash.h"
 
@@ -124,18 +125,13 @@ PF_Err queryDynamicFlags(const CommandCall& call) {
         PF_OutFlags2 flag;
     } kLinks[] = {{param::kUseCompCamera, PF_OutFlag2_I_USE_3D_CAMERA},
                   {param::kUseCompLights, PF_OutFlag2_I_USE_3D_LIGHTS}};
-    const PF_InData& in = call.in;
     for (const auto& link : kLinks) {
-        PF_ParamDef box{};
-        PF_Err error = in.inter.checkout_param(in.effect_ref, link.index, in.current_time,
-                                               in.time_step, in.time_scale, &box);
-        if (error != PF_Err_NONE) return error;
-        if (box.u.bd.value != 0)
+        const ParamCheckout box(call.in, link.index);
+        if (box.error() != PF_Err_NONE) return box.error();
+        if (box.param().u.bd.value != 0)
             call.out.out_flags2 |= link.flag;
         else
             call.out.out_flags2 &= ~link.flag;
-        error = in.inter.checkin_param(in.effect_ref, &box);
-        if (error != PF_Err_NONE) return error;
     }
     return PF_Err_NONE;
 }

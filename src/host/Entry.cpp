@@ -39,7 +39,9 @@ void serve(const PF_Cmd cmd, PF_InData& in, PF_OutData& out, PF_ParamDef* params
     SequenceView view(memory);
     try {
         view.open(in.sequence_data);
-        const PF_Err error = dispatch({cmd, memory, view, in, out, params, output, extra});
+        // The lists of older hosts are shorter, and no index holds there: no parameters at all.
+        PF_ParamDef** const known = gHostHasCompLinks ? params : nullptr;
+        const PF_Err error = dispatch({cmd, memory, view, in, out, known, output, extra});
         if (error != PF_Err_NONE) gLastError = error;
     } catch (...) {
         const Failure failure = describeFailure();

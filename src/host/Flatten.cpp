@@ -32,6 +32,7 @@ PF_Err flattenSequence(const SequenceCall& call) {
 
     {
         const HandleLock locked(call.memory, flat.get());
+        if (locked.data() == nullptr) return PF_Err_OUT_OF_MEMORY;
         auto* bytes = static_cast<std::uint8_t*>(locked.data());
         const std::size_t size = call.memory.size(flat.get());
         const auto stored = static_cast<std::uint32_t>(size);  // of 64-bit sizes the low half

@@ -28,7 +28,8 @@ void applyUseCompSwitches(OrvinApp& app, PF_InData& in, ParamArray params);
 
 enum class SceneGroup { kCamera = 0, kLights = 1, kSets = 2, kAll = 3 };
 
-/// Writes what differs in the scene back into `params` and flags it as changed.
+/// Writes what differs in the scene back into `params` and flags it as changed. Camera and lights
+/// are left out while the comp drives them.
 void writeSceneToParameters(OrvinApp& app, PF_InData& in, ParamArray params, SceneGroup group);
 
 // ---- frames

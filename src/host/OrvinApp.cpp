@@ -1,6 +1,7 @@
 #include "host/OrvinApp.h"
 
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <new>
 #include <vector>
@@ -145,7 +146,7 @@ Result OrvinApp::writeFlat(HandleMemory& memory, Handle& handle, std::size_t off
 }
 
 void OrvinApp::applyHardShadingAngle() {
-    sections_.hardShadingAngleChanged(preferences_.hardShadingAngle);
+    sections_.hardShadingAngleChanged(std::trunc(preferences_.hardShadingAngle));
 }
 
 void OrvinApp::settleScene() {

@@ -43,6 +43,11 @@ constexpr int lightBase(int light) {
 constexpr int setBase(int set) {
     return kSetsFirst + kSetStride * (set - 1);
 }
+/// The Set that an index from kSetsFirst to kSetsLast speaks of. The group's end and the next
+/// group's start, behind the depth scale, count as the next Set.
+constexpr int setOf(int index) {
+    return 1 + (index - kSetsFirst + 2) / kSetStride;
+}
 /// Layer Map n from 1 to 10.
 constexpr int layerMap(int number) {
     return 112 + number;

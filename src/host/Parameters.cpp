@@ -105,6 +105,8 @@ std::vector<PF_ParamDef> describeParameters(PF_SpecVersion host) {
 }
 
 PF_Err addParameters(PF_InData& in, PF_OutData& out) {
+    if (in.inter.add_param == nullptr || in.inter.register_ui == nullptr)
+        return PF_Err_BAD_CALLBACK_PARAM;
     gSetCount = setCountFor(generationOf(in.version));
     auto defs = describeParameters(in.version);
     for (PF_ParamDef& def : defs) {

@@ -13,7 +13,7 @@ namespace orvin {
 namespace {
 
 void setFrameClock(const PF_InData& in) {
-    if (in.time_step == 0) return;
+    if (in.time_step <= 0) return;
     const int total = in.total_time / in.time_step;
     if (total < 1) return;
     setTotalFrames(total);
@@ -39,6 +39,19 @@ CompLinks compLinks(const OrvinApp& app, const PF_InData& in, SuiteSet& suites) 
     return links;
 }
 
+void poseCamera(OrvinApp& app, const PF_InData& in, ParamArray params, const CompLinks& links,
+                SuiteSet& suites) {
+    SceneX& scene = *app.scene();
+    CameraX* const camera = sceneCamera(scene);
+    if (camera == nullptr) return;
+    if (links.camera) {
+        if (driveCameraFromComp(suites, in, links.time, *camera)) return;
+        // The lens may still be the comp's from another frame: the scene's own comes back.
+        if (!app.panelPushed().restoreCamera(scene)) app.setUpPushed().restoreCamera(scene);
+    }
+    driveCamera(*camera, params);
+}
+
 void poseLights(OrvinApp& app, const PF_InData& in, ParamArray params, const CompLinks& links,
                 SuiteSet& suites) {
     SceneX& scene = *app.scene();
@@ -61,9 +74,7 @@ PF_Err poseScene(OrvinApp& app, PF_InData& in, PF_OutData&, ParamArray params,
 
     SuiteSet suites(in.pica_basicP);
     const CompLinks links = compLinks(app, in, suites);
-    if (CameraX* const camera = sceneCamera(*scene))
-        if (!links.camera || !driveCameraFromComp(suites, in, links.time, *camera))
-            driveCamera(*camera, params);
+    poseCamera(app, in, params, links, suites);
     for (int k = 1; k < gSetCount; ++k)
         if (Group* const set = scene->set(k)) driveSet(*set, params, k);
     poseLights(app, in, params, links, suites);

@@ -12,6 +12,7 @@
 #include "host/PixelCopy.h"
 #include "render/SoftwareRenderer.h"
 #include "render/image/ImageCache.h"
+#include "toolkit/Errors.h"
 
 namespace orvin {
 
@@ -37,9 +38,7 @@ RenderParams frameParams(const RenderState& state, const PF_InData& in,
     params.width = output.width;
     params.height = output.height;
     // A preview that leaves out more columns than rows has pixels that are wider by as much.
-    const double aspect =
-        ratio(in.pixel_aspect_ratio) * ratio(in.downsample_y) / ratio(in.downsample_x);
-    params.pixelAspect = static_cast<float>(aspect);
+    params.pixelAspect *= static_cast<float>(ratio(in.downsample_y) / ratio(in.downsample_x));
     return params;
 }
 
@@ -55,7 +54,9 @@ void copyToWorld(const ImageBuffer& picture, const PF_LayerDef& input, PF_Effect
     std::vector<HostPixel> original(static_cast<std::size_t>(width));
     for (int y = height - 1; y >= 0; --y) {
         // Renderer rows count from the bottom, the host's from the top.
-        picture.readRow(picture.height() - 1 - y, std::span<std::uint8_t>(rendered));
+        if (picture.readRow(picture.height() - 1 - y, std::span<std::uint8_t>(rendered)) !=
+            kSuccess)
+            throw kImageBufferFailed;
         std::fill(original.begin(), original.end(), HostPixel{});
         if (rule.compositeOnOriginal && input.data != nullptr && y < input.height) {
             const auto* row = reinterpret_cast<const HostPixel*>(worldRow(input, y));
@@ -73,11 +74,13 @@ PF_Err renderFrame(OrvinApp& app, PF_InData& in, PF_OutData&, ParamArray params,
     SceneX* const scene = app.scene();
     if (scene == nullptr || params == nullptr || output.width <= 0 || output.height <= 0)
         return PF_Err_NONE;
-    const RenderState& state = app.renderState();
+    RenderState& state = app.renderState();
     const HostProgress progress(in);
     const LayerLoan loan;
     if (const PF_Err error = fillLayerMaps(in, *scene); error != PF_Err_NONE) return error;
 
+    // The viewers show the comp's pixels as well.
+    state.setPixelAspect(static_cast<float>(ratio(in.pixel_aspect_ratio)));
     RenderParams frame = frameParams(state, in, output);
     const bool draft = in.quality < PF_Quality_HI;
     if (draft || wantsOpenGl(state)) {

@@ -39,11 +39,14 @@ void applyLightsSwitch(OrvinApp& app, PF_InData& in, ParamArray params) {
     greyOut(in, params, param::kLightsFirst, param::kLightsLast, app.useCompLights);
 }
 
+// A frame may have taken a box over before its change arrives: what the comp drives by then isn't
+// the scene's own, and isn't kept as such.
 void changeCameraSwitch(OrvinApp& app, PF_InData& in, PF_OutData& out, ParamArray params) {
+    const bool wasOn = app.useCompCamera;
     applyCameraSwitch(app, in, params);
     SceneX& scene = *app.scene();
     if (app.useCompCamera) {
-        app.panelPushed().storeCamera(scene);
+        if (!wasOn) app.panelPushed().storeCamera(scene);
         // Without the layer maps: the host lends no layers while it waits for its parameters.
         poseScene(app, in, out, params, {});
     } else {
@@ -52,10 +55,11 @@ void changeCameraSwitch(OrvinApp& app, PF_InData& in, PF_OutData& out, ParamArra
 }
 
 void changeLightsSwitch(OrvinApp& app, PF_InData& in, PF_OutData& out, ParamArray params) {
+    const bool wasOn = app.useCompLights;
     applyLightsSwitch(app, in, params);
     SceneX& scene = *app.scene();
     if (app.useCompLights) {
-        app.panelPushed().storeLights(scene);
+        if (!wasOn) app.panelPushed().storeLights(scene);
         poseScene(app, in, out, params, {});
     } else {
         app.panelPushed().restoreLights(scene);
@@ -125,7 +129,7 @@ void applyUserChange(OrvinApp& app, PF_InData& in, PF_OutData& out, ParamArray p
     } else if (index >= param::kCameraFirst && index <= param::kCameraLast) {
         if (CameraX* const camera = sceneCamera(*scene)) changeCamera(*camera, params, index);
     } else if (index >= param::kSetsFirst && index <= param::kSetsLast) {
-        const int number = 1 + (index - param::kSetsFirst) / param::kSetStride;
+        const int number = param::setOf(index);
         if (Group* const set = scene->set(number)) driveSet(*set, params, number);
     } else {
         for (int number = 1; number <= param::kLightCount; ++number) {
@@ -138,7 +142,14 @@ void applyUserChange(OrvinApp& app, PF_InData& in, PF_OutData& out, ParamArray p
 }
 
 void writeSceneToParameters(OrvinApp& app, PF_InData&, ParamArray params, SceneGroup group) {
-    if (app.scene() != nullptr && params != nullptr) showScene(*app.scene(), params, group);
+    if (app.scene() == nullptr || params == nullptr) return;
+    for (const SceneGroup part : {SceneGroup::kSets, SceneGroup::kCamera, SceneGroup::kLights}) {
+        // What the comp drives isn't the artist's: greyed parameters keep their values.
+        const bool driven = (part == SceneGroup::kCamera && app.useCompCamera) ||
+                            (part == SceneGroup::kLights && app.useCompLights);
+        if (!driven && (group == part || group == SceneGroup::kAll))
+            showScene(*app.scene(), params, part);
+    }
 }
 
 }  // namespace orvin

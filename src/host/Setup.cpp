@@ -38,6 +38,7 @@ class LiveRecord {
     /// The finished handle; the record owns the app from now on.
     Handle handOver() {
         const HandleLock locked(memory_, handle_);
+        if (locked.data() == nullptr) throw std::bad_alloc();
         auto* record = new (locked.data()) SequenceRecord;
         record->app = app_.release();
         Handle handle = handle_;

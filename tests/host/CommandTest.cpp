@@ -2,8 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <functional>
+#include <limits>
 #include <new>
 
+#include "geometry/MeshObject.h"
 #include "host/HostState.h"
 #include "host/OrvinApp.h"
 #include "host/ParameterTable.h"
@@ -41,6 +44,7 @@ TEST_F(Command, AboutNamesTheProduct) {
     EXPECT_EQ(effectMain(PF_Cmd_ABOUT, nullptr, &out, nullptr, nullptr, nullptr), 0);
     EXPECT_NE(out.return_msg[0], '\0');
     EXPECT_EQ(effectMain(PF_Cmd_GLOBAL_SETUP, nullptr, nullptr, nullptr, nullptr, nullptr), 0);
+    EXPECT_EQ(effectMain(PF_Cmd_PARAMS_SETUP, nullptr, nullptr, nullptr, nullptr, nullptr), 516);
 }
 
 TEST_F(Command, GlobalSetupTellsHostsOfBothGenerationsWhatTheyKnow) {
@@ -136,6 +140,7 @@ TEST_F(Command, AFrameIsPosedDrawnAndAsksForAFreshDisplayOnce) {
     world.height = 8;
     host.world = &world;
     host.currentTime = 5;
+    host.pixelAspect = {10, 8};
     host.params[param::kCameraType].u.pd.value = 1;
     host.params[param::kCameraDistance].u.fd.value = 400 * 65536;
     app().renderState().viewer.background = {0.0F, 1.0F, 0.0F};
@@ -146,6 +151,8 @@ TEST_F(Command, AFrameIsPosedDrawnAndAsksForAFreshDisplayOnce) {
     EXPECT_EQ(record().lastPoseTime, 5);
     EXPECT_DOUBLE_EQ(app().camera()->distance(), 400.0);
     EXPECT_EQ(host.out.out_flags, PF_OutFlag_REFRESH_UI);
+    EXPECT_FLOAT_EQ(app().renderState().params.pixelAspect, 1.25F);
+    EXPECT_FLOAT_EQ(app().renderState().viewer.pixelAspect, 1.25F);
     for (const PF_Pixel& p : pixels) {
         ASSERT_EQ(p.alpha, 255);
         ASSERT_EQ(p.red, 0);
@@ -158,9 +165,64 @@ TEST_F(Command, AFrameIsPosedDrawnAndAsksForAFreshDisplayOnce) {
     EXPECT_EQ(host.out.out_flags, 0);
     EXPECT_FALSE(gUiRefreshed);
 
+    host.timeStep = -1;  // a clock that no division survives
+    host.totalTime = host.currentTime = std::numeric_limits<A_long>::min();
+    EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), 0);
+
     host.abortAnswer = PF_Interrupt_CANCEL;
     EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), PF_Interrupt_CANCEL);
     EXPECT_EQ(host.checkedOut, 0);
+}
+
+A_Err sameTime(PF_ProgPtr, A_long time, A_u_long scale, A_Time* out) {
+    *out = {time, scale};
+    return 0;
+}
+
+A_Err noCamera(PF_ProgPtr, const A_Time*, AEGP_LayerH* layer) {
+    *layer = nullptr;
+    return 0;
+}
+
+TEST_F(Command, ACompWithoutACameraLeavesTheScenesOwn) {
+    const PF_ParamUtilsSuite utils{acceptParamUi};
+    AEGP_PFInterfaceSuite1 interface {};
+    interface.AEGP_ConvertEffectToCompTime = sameTime;
+    interface.AEGP_GetEffectCamera = noCamera;
+    host.suites[{"PF Param Utils Suite", 2}] = &utils;
+    host.suites[{"AEGP PF Interface Suite", 1}] = &interface;
+    PF_LayerDef world{};
+    host.world = &world;
+    const double own = app().camera()->lens();
+    PF_UserChangedParamExtra changed{param::kUseCompCamera};
+    for (const bool on : {true, false}) {
+        host.params[param::kUseCompCamera].u.bd.value = on ? 1 : 0;
+        EXPECT_EQ(host.call(PF_Cmd_USER_CHANGED_PARAM, sequence, &changed), 0);
+        EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), 0);  // the display is updated later
+        app().camera()->setLens(200.0);                    // as a frame with a comp camera does
+        EXPECT_EQ(host.call(PF_Cmd_UPDATE_PARAMS_UI, sequence), 0);
+        EXPECT_EQ(app().useCompCamera, on);
+        EXPECT_DOUBLE_EQ(app().camera()->lens(), own) << on;
+    }
+}
+
+TEST_F(Command, ParametersOfHostsWithAShorterListAreNotTouched) {
+    host.version = {12, 9};
+    host.params.resize(1);
+    PF_LayerDef world{};
+    host.world = &world;
+    EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), 516);
+    PF_EventExtra event{};
+    event.e_type = PF_Event_IDLE;
+    host.currentTime = 3;
+    EXPECT_EQ(host.call(PF_Cmd_EVENT, sequence, &event), 0);
+    EXPECT_EQ(record().lastPoseTime, 0);
+}
+
+TEST_F(Command, TheHardShadingPreferenceCountsInWholeDegrees) {
+    app().preferences().hardShadingAngle = 33.7;
+    host.call(PF_Cmd_ABOUT, sequence);
+    EXPECT_EQ(defaultHardShadingAngle(), 33.0);
 }
 
 class TestWindow final : public SetUpWindow {

@@ -229,6 +229,17 @@ TEST_F(PanelEvents, WhatAGestureChangedGoesToTheParametersAtItsEnd) {
     EXPECT_EQ(FakeDrawbot::invalidated, 3);
     EXPECT_EQ(host.out.out_flags, 0);
 
+    app().useCompCamera = app().useCompLights = true;  // what the comp drives isn't written back
+    app().camera()->setDistance(300.0);
+    app().scene()->set(1)->transform().setTranslate({7.0, 0.0, 0.0});
+    host.params[param::lightBase(1) + 1].u.fd.value = 12345;
+    send(PF_Event_DO_CLICK, 60, 70);
+    send(PF_Event_DRAG, 62, 72, true);
+    EXPECT_EQ(distance.u.fd.value, 250 * 65536);
+    EXPECT_EQ(host.params[param::lightBase(1) + 1].u.fd.value, 12345);
+    EXPECT_EQ(host.params[param::setBase(1)].u.fd.value, 7 * 65536);
+    app().useCompCamera = app().useCompLights = false;
+
     host.suites.erase({"PF AE App Suite", 7});  // then by the slower road
     send(PF_Event_DO_CLICK, 160, 70);
     EXPECT_EQ(host.out.out_flags, PF_OutFlag_REFRESH_UI);

@@ -36,6 +36,10 @@ class FakeHost {
     std::uint64_t largestHandle = ~std::uint64_t{0};  // larger requests are refused
     std::vector<PF_ParamDef> params = std::vector<PF_ParamDef>(125);
     A_long currentTime = 0;
+    A_long timeStep = 1;
+    A_long totalTime = 100;
+    PF_RationalScale pixelAspect{1, 1};
+    bool refusesLocks = false;
 
     std::vector<std::string> mistakes;  // of the effect
     std::vector<std::string> suiteLog;  // "+name version" and "-name version"
@@ -55,12 +59,13 @@ class FakeHost {
         in.version = version;
         in.quality = PF_Quality_HI;
         in.current_time = currentTime;
-        in.time_step = 1;
-        in.total_time = 100;
+        in.time_step = timeStep;
+        in.total_time = totalTime;
         in.time_scale = 25;
         in.width = 64;
         in.height = 48;
-        in.downsample_x = in.downsample_y = in.pixel_aspect_ratio = {1, 1};
+        in.downsample_x = in.downsample_y = {1, 1};
+        in.pixel_aspect_ratio = pixelAspect;
         in.inter.checkout_param = checkoutParam;
         in.inter.checkin_param = checkinParam;
         in.inter.progress = progress;
@@ -150,7 +155,7 @@ class FakeHost {
         Block* b = host.block(handle);
         if (b == nullptr) return nullptr;
         ++b->locks;
-        return b->data;
+        return host.refusesLocks ? nullptr : b->data;
     }
     static void unlockHandle(PF_Handle handle) {
         FakeHost& host = *current();

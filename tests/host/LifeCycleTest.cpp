@@ -292,6 +292,11 @@ TEST_F(LifeCycle, AHostWithoutMemoryIsToldSo) {
     EXPECT_EQ(host.call(PF_Cmd_SEQUENCE_SETUP, none), 4);
     EXPECT_EQ(none, nullptr);
     host.largestHandle = ~std::uint64_t{0};
+    host.refusesLocks = true;
+    EXPECT_EQ(host.call(PF_Cmd_SEQUENCE_SETUP, none), 4);
+    EXPECT_EQ(none, nullptr);
+    EXPECT_EQ(host.handleCount(), 0U);
+    host.refusesLocks = false;
 
     PF_Handle sequence = setUp();
     const PF_Handle live = sequence;

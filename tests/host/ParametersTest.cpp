@@ -86,6 +86,12 @@ TEST(Parameters, StandWhereTheIndicesSay) {
     EXPECT_EQ(p[5].u.pd.num_choices, 3);
 }
 
+TEST(Parameters, EveryIndexOfTheSetsSpeaksOfOne) {
+    const int pairs[][2] = {{40, 1}, {46, 1}, {47, 2}, {49, 2}, {55, 2}, {101, 8}, {109, 8}};
+    for (const auto& [index, set] : pairs)
+        EXPECT_EQ(param::setOf(index), set) << index;
+}
+
 TEST(Parameters, OlderHostsGetFewer) {
     EXPECT_EQ(describeParameters({12, 5}).size(), 122U);  // no comp boxes
     for (const PF_ParamDef& def : describeParameters({11, 6})) {
