@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "tests/geometry/OutlineShapes.h"
 
 namespace orvin {
@@ -64,6 +66,38 @@ TEST(FacePeeler, PiecesAreConvexAndCoverTheShapeExactly) {
         EXPECT_EQ(pieces.concave, 0) << c.what;
         EXPECT_GE(pieces.count, c.atLeast) << c.what;
         EXPECT_LE(pieces.largest, FacePeeler::kMaxSides) << c.what;
+    }
+}
+
+TEST(FacePeeler, UnionsOfStarsAreFilledWhole) {
+    // Crossing points lie on one line with the corners around them: among these are shapes in which
+    // a piece is bridged to two such points in turns.
+    std::mt19937 random(5);
+    std::uniform_real_distribution<double> d(0, 100);
+    for (int k = 0; k < 120; ++k) {
+        PolyShape2 shape;
+        for (int j = 0; j < 1 + k % 4; ++j) {
+            const Vec2 center{d(random), d(random)};
+            const double radius = 10 + d(random) / 3;
+            auto star = ring(center, radius, 3 + static_cast<int>(d(random)) % 40);
+            for (std::size_t i = 0; i < star.size(); i += 2)
+                star[i] = star[i] * (0.8 + 0.004 * d(random));
+            addLoop(shape, star);
+        }
+        shape.resolveOverlaps();
+        shape.weld(0.001);
+        shape.normalizeOrientation();
+        const double area = test::sums(shape).area;
+        FacePeeler peeler(shape);
+        double filled = 0.0;
+        peeler.forEachPolygon([&](const std::vector<int>& ids) {
+            std::vector<Vec2> points;
+            for (const int id : ids)
+                points.push_back(shape.vertices[static_cast<std::size_t>(id)]);
+            filled += test::signedArea(points);
+        });
+        EXPECT_FALSE(peeler.overgrown());
+        EXPECT_NEAR(filled, area, 1e-9 * area) << k;
     }
 }
 

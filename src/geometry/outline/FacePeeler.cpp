@@ -1,5 +1,6 @@
 #include "geometry/outline/FacePeeler.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -16,7 +17,8 @@ double squaredLength(Vec2 v) {
 
 }  // namespace
 
-FacePeeler::FacePeeler(PolyShape2 shape) : shape_(std::move(shape)) {
+FacePeeler::FacePeeler(PolyShape2 shape)
+    : shape_(std::move(shape)), limit_(3 * shape_.precs.size()) {
     std::vector<Vec2> points;
     previous_.assign(shape_.precs.size(), -1);
     for (int i = 0; i < static_cast<int>(shape_.precs.size()); ++i) {
@@ -30,6 +32,7 @@ FacePeeler::FacePeeler(PolyShape2 shape) : shape_(std::move(shape)) {
 
 bool FacePeeler::extractPolygon(std::vector<int>& ids, int maxSides) {
     int start = 0;
+    bridged_.clear();
     for (;;) {
         const int count = static_cast<int>(shape_.precs.size());
         while (firstLive_ < count && prec(firstLive_).vertexID < 0)
@@ -38,10 +41,15 @@ bool FacePeeler::extractPolygon(std::vector<int>& ids, int maxSides) {
         while (start < count && prec(start).vertexID < 0)
             ++start;
         if (start >= count) return false;
+        if (isStuck(start)) {
+            ++start;
+            continue;
+        }
         switch (walk(start, maxSides)) {
             case Walk::kBroken:
                 return false;
             case Walk::kBridged:
+                if (shape_.precs.size() > limit_) return false;
                 continue;
             case Walk::kPiece:
                 break;
@@ -53,9 +61,25 @@ bool FacePeeler::extractPolygon(std::vector<int>& ids, int maxSides) {
         if (prec(polygon_[0]).next == polygon_[1] && prec(polygon_[1]).next == polygon_[0]) {
             remove(polygon_[0]);
             remove(polygon_[1]);
+        } else {
+            noteStuck();
         }
         ++start;
     }
+}
+
+/// A piece that ended at its second point was turned away by the third: nothing changes that until
+/// one of the two that follow does.
+void FacePeeler::noteStuck() {
+    if (stuckAt_.size() < shape_.precs.size()) stuckAt_.resize(shape_.precs.size());
+    stuckAt_[static_cast<std::size_t>(polygon_[0])] = {polygon_[1], prec(polygon_[1]).next};
+}
+
+bool FacePeeler::isStuck(int start) {
+    if (static_cast<std::size_t>(start) >= stuckAt_.size()) return false;
+    const Followers& known = stuckAt_[static_cast<std::size_t>(start)];
+    return known.next >= 0 && prec(start).next == known.next && prec(known.next).vertexID >= 0 &&
+           prec(known.next).next == known.afterNext && prec(known.afterNext).vertexID >= 0;
 }
 
 FacePeeler::Walk FacePeeler::walk(int start, int maxSides) {
@@ -119,7 +143,7 @@ int FacePeeler::blockingRecord(Vec2 v0, Vec2 previous, Vec2 newest) {
         for (const Line2& side : sides)
             if (!side.isLeftOrOn(p)) return true;
         const double distance = edges_.back().signedDistance(p);
-        if (distance < best) {
+        if (distance < best && !wasBridged(candidate)) {
             best = distance;
             found = candidate;
         }
@@ -128,7 +152,15 @@ int FacePeeler::blockingRecord(Vec2 v0, Vec2 previous, Vec2 newest) {
     return found;
 }
 
+/// Points on one line with the first of the piece would be bridged to in turns for ever.
+bool FacePeeler::wasBridged(int candidate) {
+    const int from = prec(polygon_[polygon_.size() - 2]).vertexID;
+    const int to = prec(candidate).vertexID;
+    return std::find(bridged_.begin(), bridged_.end(), std::pair(from, to)) != bridged_.end();
+}
+
 void FacePeeler::bridge(int a, int b) {
+    bridged_.emplace_back(prec(a).vertexID, prec(b).vertexID);
     const int before = previous_[static_cast<std::size_t>(b)];
     const int r1 = static_cast<int>(shape_.precs.size());
     const int r2 = r1 + 1;

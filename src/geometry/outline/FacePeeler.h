@@ -5,6 +5,7 @@
 // starts over. The shape is used up.
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "geometry/outline/PointGrid.h"
@@ -21,7 +22,7 @@ class FacePeeler {
     explicit FacePeeler(PolyShape2 shape);
 
     /// The next convex polygon as vertex ids (a piece may have fewer than 3). False when none is
-    /// left, or when a loop runs into a deleted record.
+    /// left, when a loop runs into a deleted record, or when too many bridges were made.
     bool extractPolygon(std::vector<int>& ids, int maxSides = kMaxSides);
 
     /// The next run of a loop as it stands, whatever its form: the way out of a bad outline. False
@@ -33,34 +34,48 @@ class FacePeeler {
     /// loop.
     template <typename Emit>
     void forEachPolygon(Emit&& emit) {
-        const std::size_t limit = 3 * shape_.precs.size();
         std::vector<int> ids;
-        while (shape_.precs.size() <= limit && next(ids))
+        while (!overgrown() && next(ids) && !overgrown())
             if (ids.size() >= 3) emit(ids);
     }
 
     const PolyShape2& shape() const { return shape_; }
 
+    /// True where bridges never came to an end, so that a part stays unfilled.
+    bool overgrown() const { return shape_.precs.size() > limit_; }
+
   private:
     enum class Walk { kPiece, kBridged, kBroken };
 
+    struct Followers {
+        int next = -1;
+        int afterNext = -1;
+    };
+
+    void noteStuck();
+    bool isStuck(int start);
     bool next(std::vector<int>& ids);
     void clean(std::vector<int>& ids) const;
     Walk walk(int start, int maxSides);
     int blockingRecord(Vec2 v0, Vec2 previous, Vec2 newest);
+    bool wasBridged(int candidate);
     void bridge(int a, int b);
     void remove(int prec);
     void take(std::vector<int>& ids);
     Prec& prec(int i) { return shape_.precs[static_cast<std::size_t>(i)]; }
 
     PolyShape2 shape_;
+    std::size_t limit_;  // of records
     PointGrid grid_;
     std::vector<int> gridPrecs_;  // record of each grid point
     std::vector<int> previous_;   // the record before each record
     int firstLive_ = 0;           // no live record stands before it
     int resume_ = -1;             // where extractLoop stopped
 
-    // The piece under construction.
+    std::vector<Followers> stuckAt_;  // of records that no piece could grow from
+
+    // The piece under construction, and the vertices that bridges to it joined.
+    std::vector<std::pair<int, int>> bridged_;
     std::vector<int> polygon_;
     std::vector<Line2> edges_;
     Box2 box_;
