@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "scene/SceneX.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -114,7 +115,7 @@ std::vector<ObjectP*> addToScene(SceneX& scene, ImportedModel&& model,
     std::vector<ObjectP*> made;
     for (std::size_t g = 0; g < meshes.size(); ++g) {
         auto& object = scene.make<ObjectP>(scene.uniqueName(names[g]));
-        object.setFileName(path.string());
+        object.setFileName(platform::textFromPath(path));
         object.setFileType(type);
         object.setOriginalName(names[g]);
         object.setMesh(std::move(meshes[g]));

@@ -8,6 +8,7 @@
 #include "interchange/ObjWriter.h"
 #include "scene/SceneX.h"
 #include "toolkit/Questions.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -26,7 +27,7 @@ constexpr std::string_view kFilePattern = "*.obj;*.fac;*.c4d;*.dxf;*.lwo";
 constexpr ModelFileType kUnknownFormat = ModelFileType::kLwo;  // what a wrong extension leaves
 
 std::string lastFourLowered(const std::filesystem::path& path) {
-    std::string name = path.filename().string();
+    std::string name = platform::textFromPath(path.filename());
     name.erase(0, name.size() < 4 ? 0 : name.size() - 4);
     for (char& c : name)
         if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
@@ -34,16 +35,17 @@ std::string lastFourLowered(const std::filesystem::path& path) {
 }
 
 void reportUnknownExtension(const std::filesystem::path& path) {
-    questions().showMessage("Unable to open file with extension: " + path.extension().string() +
-                                "\r\rBe sure to select the correct file type\rin the import "
-                                "dialog.\r",
-                            false);
+    questions().showMessage(
+        "Unable to open file with extension: " + platform::textFromPath(path.extension()) +
+            "\r\rBe sure to select the correct file type\rin the import "
+            "dialog.\r",
+        false);
 }
 
 Result reportUnsupported(const char* what, ModelFileType format,
                          const std::filesystem::path& path) {
     std::string text = std::string(modelFileTypeWord(format)) + " files can't be " + what +
-                       " yet: '" + path.string() + "'. Use OBJ instead.";
+                       " yet: '" + platform::textFromPath(path) + "'. Use OBJ instead.";
     questions().showMessage(text, false);
     return kFailure;
 }
@@ -93,7 +95,7 @@ Result exportModel(const std::filesystem::path& path, std::span<MeshObject* cons
     const auto format = modelFormatOf(path);
     if (!format) {
         questions().showMessage("Unable to export to a file with extension: " +
-                                    path.extension().string() + ". Use .obj.",
+                                    platform::textFromPath(path.extension()) + ". Use .obj.",
                                 false);
         return kFailure;
     }
@@ -119,12 +121,12 @@ void installModelHooks() {
     ModelHooks hooks;
     hooks.read = [](const std::string& path, Mesh3& mesh) -> Result {
         ImportedModel model;
-        if (readObj(path, model) != kSuccess) return kFailure;
+        if (readObj(platform::pathFromText(path), model) != kSuccess) return kFailure;
         mesh = std::move(model.mesh);
         return kSuccess;
     };
     hooks.write = [](const std::string& path, const Mesh3& mesh, const std::string& name) {
-        return writeObjMesh(path, mesh, name);
+        return writeObjMesh(platform::pathFromText(path), mesh, name);
     };
     setModelHooks(hooks);
 }

@@ -10,6 +10,7 @@
 #include "render/image/FileBytes.h"
 #include "toolkit/Numbers.h"
 #include "toolkit/Progress.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -245,7 +246,7 @@ Result parseObj(std::string_view text, ImportedModel& model) {
 Result readObj(const std::filesystem::path& path, ImportedModel& model) {
     const auto bytes = readWholeFile(path);
     if (!bytes) {
-        std::fprintf(stderr, "Cannot open '%s'.\n", path.string().c_str());
+        std::fprintf(stderr, "Cannot open '%s'.\n", platform::textFromPath(path).c_str());
         return kFailure;
     }
     const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());

@@ -7,6 +7,7 @@
 #include "scene/FileAccess.h"
 #include "toolkit/Numbers.h"
 #include "toolkit/Progress.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -176,14 +177,14 @@ Result writeFile(const std::filesystem::path& path, std::string_view lineEnd,
                  const std::function<Result(ObjWriter&)>& write) {
     FileAccess file;
     if (file.open(path, FileAccess::Mode::kReplace) != kSuccess) {
-        std::fprintf(stderr, "Cannot open '%s'.\n", path.string().c_str());
+        std::fprintf(stderr, "Cannot open '%s'.\n", platform::textFromPath(path).c_str());
         return kFailure;
     }
     ObjWriter writer(file.file(), lineEnd);
     if (write(writer) != kSuccess) return kFailure;
     if (writer.finish() == kSuccess && file.commit() == kSuccess) return kSuccess;
     std::fprintf(stderr, "%s: cannot write '%s'.\n", std::string(kWriterName).c_str(),
-                 path.string().c_str());
+                 platform::textFromPath(path).c_str());
     return kFailure;
 }
 

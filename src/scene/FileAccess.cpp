@@ -39,7 +39,7 @@ FileAccess::~FileAccess() {
 
 Result FileAccess::fail(std::string_view what) {
     const int error = errno;
-    failure_ = std::string(what) + " " + path_.string();
+    failure_ = std::string(what) + " " + platform::textFromPath(path_);
     if (error != 0) failure_ += ": " + std::generic_category().message(error);
     return kFailure;
 }

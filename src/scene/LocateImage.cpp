@@ -33,16 +33,17 @@ std::optional<std::string> locateImage(const std::string& path) {
         std::error_code error;  // a folder out of reach is one without the file
         if (folder.empty() || name.empty()) continue;
         const auto candidate = folder / name;
-        if (std::filesystem::is_regular_file(candidate, error)) return candidate.string();
+        if (std::filesystem::is_regular_file(candidate, error))
+            return platform::textFromPath(candidate);
     }
     const auto picked = questions().openFile("Please locate image: " + path, kImagePattern);
     if (!picked) {
         questions().showMessage("Unable to open image: " + path, false);
         return std::nullopt;
     }
-    const std::string folder = picked->parent_path().string();
+    const std::string folder = platform::textFromPath(picked->parent_path());
     if (folder.size() <= kFolderLimit) gLastImageFolder = folder;
-    return picked->string();
+    return platform::textFromPath(*picked);
 }
 
 }  // namespace orvin

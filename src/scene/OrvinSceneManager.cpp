@@ -240,7 +240,7 @@ Result OrvinSceneManager::writeFile(const std::filesystem::path& path) {
     if (stream.flush() != kSuccess || !written) {
         const int error = errno;
         const bool diskFailed = std::ferror(file.file()) != 0;
-        failure_ = "can't write " + path.string() + ": " +
+        failure_ = "can't write " + platform::textFromPath(path) + ": " +
                    (diskFailed ? std::generic_category().message(error)
                                : "the project holds a text that is too long for a file");
         return kFailure;

@@ -4,6 +4,7 @@
 
 #include "scene/SceneStream.h"
 #include "setup/StartUp.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -23,7 +24,8 @@ Result Project::open(const std::filesystem::path& path) {
         failure_ = "not enough memory, or a member whose parent is missing";
     }
     if (result == kSuccess) return kSuccess;
-    if (failure_.empty()) failure_ = "can't read " + path.string() + ": it is no complete project";
+    if (failure_.empty())
+        failure_ = "can't read " + platform::textFromPath(path) + ": it is no complete project";
     manager_.startDefaultProject();
     return kFailure;
 }

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <string>
 #include <string_view>
 
 namespace orvin::platform {
@@ -26,6 +27,11 @@ std::FILE* openTemporaryFile();
 /// The path that a text of a file, or of the host, names. On Windows the text is UTF-8 or, where it
 /// can't be, of the system's code page; elsewhere its bytes are the path. Never fails on odd bytes.
 std::filesystem::path pathFromText(std::string_view text);
+
+/// The text that names a path in files, messages and logs, such that pathFromText() gives the path
+/// again: UTF-8 on Windows, elsewhere the path's bytes. Never fails; what is no character on
+/// Windows (half a surrogate pair) turns into U+FFFD.
+std::string textFromPath(const std::filesystem::path& path);
 
 /// Opens a file whose name may hold any characters (fopen with a wide name on Windows).
 std::FILE* openFile(const std::filesystem::path& path, const char* mode);

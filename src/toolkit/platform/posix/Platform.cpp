@@ -67,6 +67,10 @@ std::filesystem::path pathFromText(std::string_view text) {
     return text;
 }
 
+std::string textFromPath(const std::filesystem::path& path) {
+    return path.native();
+}
+
 std::FILE* openFile(const std::filesystem::path& path, const char* mode) {
     return std::fopen(path.c_str(), mode);
 }

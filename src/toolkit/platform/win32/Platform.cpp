@@ -75,6 +75,16 @@ std::filesystem::path pathFromText(std::string_view text) {
     return wide;
 }
 
+std::string textFromPath(const std::filesystem::path& path) {
+    const std::wstring& wide = path.native();
+    const int length = static_cast<int>(wide.size());
+    const int size =
+        WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+    std::string text(static_cast<std::size_t>(size), '\0');
+    WideCharToMultiByte(CP_UTF8, 0, wide.data(), length, text.data(), size, nullptr, nullptr);
+    return text;
+}
+
 std::FILE* openFile(const std::filesystem::path& path, const char* mode) {
     std::wstring wide;
     for (const char* c = mode; *c != '\0'; ++c)
