@@ -68,6 +68,9 @@ class MeshObject : public TransformMember {
     /// preview, 1 for rendering. Null where there is nothing to build it from.
     virtual const Mesh3* mesh(int quality, std::uint32_t& revision) = 0;
 
+    /// True where the mesh follows the current frame (scene/FrameClock.h).
+    virtual bool isAnimated() const { return false; }
+
     /// Revision of the mesh: 1 at first.
     std::uint32_t meshRevision() const { return meshRevision_; }
 

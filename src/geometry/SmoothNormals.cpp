@@ -142,7 +142,6 @@ void smoothNormals(Mesh3& mesh, double angleDegrees) {
         normals.push_back(normal);
         return static_cast<int>(normals.size() - 1);
     };
-    int zeroNormal = -1;  // shared by all faces without area
     Groups groups(allHard ? 1.0 : limit);
     for (std::size_t v = 0; v + 1 < byVertex.starts.size(); ++v) {
         groups.clear();
@@ -150,18 +149,14 @@ void smoothNormals(Mesh3& mesh, double angleDegrees) {
             const std::uint32_t corner = byVertex.corners[i];
             const Vec3 normal = faceNormals[byVertex.faces[corner]];
             // A face without area is near nothing, as long as the angle is below a right one.
-            if (normal == Vec3{} && (allHard || limit > 0.0)) {
-                if (zeroNormal < 0) zeroNormal = add(normal);
-                cornerNormals[corner] = zeroNormal;
-                continue;
-            }
-            if (const Groups::Group* const group = allHard ? nullptr : groups.find(normal)) {
+            const bool alone = allHard || (normal == Vec3{} && limit > 0.0);
+            if (const Groups::Group* const group = alone ? nullptr : groups.find(normal)) {
                 normals[static_cast<std::size_t>(group->normal)] += normal;
                 cornerNormals[corner] = group->normal;
                 continue;
             }
             cornerNormals[corner] = add(normal);
-            if (!allHard) groups.open(normal, cornerNormals[corner]);
+            if (!alone) groups.open(normal, cornerNormals[corner]);
         }
     }
     for (Vec3& normal : normals)

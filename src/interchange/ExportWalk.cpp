@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <numeric>
 
+#include "scene/FrameClock.h"
 #include "toolkit/Progress.h"
 
 namespace orvin {
@@ -12,30 +13,27 @@ namespace {
 
 constexpr int kPolygonsPerTick = 5000;
 
-// Names may hold line ends; in a file of lines they would turn into lines of their own.
-std::string oneLine(std::string name) {
-    std::replace_if(
-        name.begin(), name.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
-    return name;
-}
-
-/// Puts the frame back when it goes.
+/// Puts the current frame back when it goes.
 class FrameKeeper {
   public:
-    explicit FrameKeeper(FrameClock* clock)
-        : clock_(clock), frame_(clock != nullptr ? clock->currentFrame() : 0) {}
-    ~FrameKeeper() {
-        if (clock_ != nullptr) clock_->setCurrentFrame(frame_);
-    }
+    FrameKeeper() = default;
+    ~FrameKeeper() { setCurrentFrame(frame_); }
     FrameKeeper(const FrameKeeper&) = delete;
     FrameKeeper& operator=(const FrameKeeper&) = delete;
 
+    int frame() const { return frame_; }
+
   private:
-    FrameClock* clock_;
-    int frame_;
+    int frame_ = currentFrame();
 };
 
 }  // namespace
+
+std::string onOneLine(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char c) { return c == '\n' || c == '\r'; }, ' ');
+    return text;
+}
 
 int ExportPart::elementCount() const {
     return std::accumulate(elements.begin(), elements.end(), 0);
@@ -71,7 +69,7 @@ Result walkExport(std::span<MeshObject* const> objects, const ExportOptions& opt
     bool anything = false;
     const auto visitOnce = [&](MeshObject& object, int frame) {
         ExportPart part;
-        part.name = oneLine(object.name());
+        part.name = onOneLine(object.name());
         part.frame = frame;
         std::uint32_t revision = 0;
         part.mesh = object.mesh(options.quality, revision);
@@ -88,15 +86,16 @@ Result walkExport(std::span<MeshObject* const> objects, const ExportOptions& opt
         return visit(part);
     };
 
-    const FrameKeeper keeper(options.frames);
+    const FrameKeeper keeper;
     for (MeshObject* const object : objects) {
-        const bool animated = options.frames != nullptr && options.frames->isAnimated(*object);
-        const int frames = animated ? options.frames->totalFrames() : 1;
+        const bool animated = object->isAnimated();
+        const int frames = animated ? totalFrames() : 1;
         for (int frame = 0; frame < frames; ++frame) {
-            if (animated) options.frames->setCurrentFrame(frame);
+            if (animated) setCurrentFrame(frame);
             const Result result = visitOnce(*object, animated ? frame : -1);
             if (result != kSuccess) return result;
         }
+        if (animated) setCurrentFrame(keeper.frame());
     }
     if (objects.empty()) std::fprintf(stderr, "%s: no geometry to export!\n", writerName.c_str());
     return anything ? kSuccess : kFailure;

@@ -17,25 +17,14 @@ namespace orvin {
 
 inline constexpr int kExportSections = 6;  // one for each material slot of a mesh
 
-/// Sets the frame that animated objects show.
-class FrameClock {
-  public:
-    virtual ~FrameClock() = default;
-    virtual bool isAnimated(const MeshObject& object) const = 0;
-    virtual int totalFrames() const = 0;
-    virtual int currentFrame() const = 0;
-    virtual void setCurrentFrame(int frame) = 0;
-};
-
 struct ExportOptions {
     std::string_view lineEnd = "\n";  // of formats that are text
     int quality = 1;                  // of the meshes: 0 preview, 1 render
-    FrameClock* frames = nullptr;     // null: every object is written once, as it is
 };
 
 /// One object at one frame.
 struct ExportPart {
-    std::string name;  // of the object
+    std::string name;  // of the object, on one line
     const Mesh3* mesh = nullptr;
     Matrix4 worldFromObject;
     int frame = -1;                               // from 0; -1 for an object that isn't animated
@@ -52,7 +41,11 @@ struct ExportPart {
 
 using ExportVisitor = std::function<Result(const ExportPart&)>;
 
-/// Calls `visit` for each object and frame that has elements. One without is passed over with
+/// `text` with blanks for line ends: in a file of lines they would turn into lines of their own.
+std::string onOneLine(std::string text);
+
+/// Calls `visit` for each object that has elements; for an animated one at every frame of the frame
+/// clock (scene/FrameClock.h), for others at the current frame. One without is passed over with
 /// "<writer>: no geometry to export!" on standard error. -1 where there is nothing at all, where a
 /// visit failed, or when the progress callback stopped it (polled every 5000 polygons). The current
 /// frame is as before afterwards, however it ends.

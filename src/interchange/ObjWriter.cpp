@@ -200,7 +200,7 @@ Result writeObj(const std::filesystem::path& path, std::span<MeshObject* const> 
 
 Result writeObjMesh(const std::filesystem::path& path, const Mesh3& mesh, const std::string& name) {
     ExportPart part;
-    part.name = name;
+    part.name = onOneLine(name);
     part.mesh = &mesh;
     if (countSections(mesh, part) != kSuccess) return kFailure;
     if (part.elementCount() == 0) {

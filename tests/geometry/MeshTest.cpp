@@ -40,18 +40,6 @@ TEST(MeshRecord, KeepsOnlyFacesItCanIndex) {
     EXPECT_EQ(mesh.cornerCount(), 0U);
 }
 
-TEST(MeshRecord, NormalsAreReplacedAsAWhole) {
-    Mesh3 mesh = cube();
-    std::vector<int> corners(24, 0);
-    EXPECT_EQ(mesh.setNormals({{0, 0, 1}}, std::span(corners).first(23)), -1);
-    corners[5] = 1;
-    EXPECT_EQ(mesh.setNormals({{0, 0, 1}}, corners), -1);
-    EXPECT_TRUE(mesh.face(0).normals.empty());
-    EXPECT_EQ(mesh.setNormals({{0, 0, 1}, {1, 0, 0}}, corners), 0);
-    EXPECT_EQ(mesh.face(1).normals[1], 1);
-    EXPECT_EQ(mesh.face(1).normals[2], 0);
-}
-
 TEST(Plane, NewellOfConcaveAndFarAndBrokenFaces) {
     Mesh3 mesh;
     // An L in the plane z = 2, its first corner reflex as seen by its neighbours, far from the
@@ -216,17 +204,6 @@ TEST(Tangents, DegenerateAndHugeFacesAddNothing) {
     mesh.addFace(ElementKind::kPolygon, 0, std::array<int, 3>{0, 3, 4}, texture);
     for (const Vec3 t : surfaceTangents(mesh, 1e-5).tangents)
         EXPECT_EQ(t, Vec3{});
-}
-
-TEST(ClosedMesh, AreasTimesNormalsSumToZero) {
-    const Mesh3 mesh = cube();
-    Vec3 sum;
-    for (int i = 0; i < mesh.faceCount(); ++i) {
-        const Plane plane = mesh.facePlane(i);
-        sum += plane.normal;  // all faces have the same area
-        EXPECT_NEAR(plane.offset, 1.0, 1e-12) << "the face looks outward";
-    }
-    expectNear(sum, {});
 }
 
 }  // namespace
