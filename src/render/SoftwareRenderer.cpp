@@ -72,12 +72,14 @@ bool prepareLights(SceneX& scene, const std::vector<LightX*>& lights, const Rend
                    const ShadowMapBuilder& buildShadowMap) {
     RenderParams shadowParams = params;
     shadowParams.pixelAspect = 1.0F;
-    const bool shadows = (params.flags & RenderParams::kShadows) != 0 && buildShadowMap;
+    bool missing = false;
     for (LightX* light : lights) {
         light->prepare();
-        light->setShadowMap(shadows && light->castsShadow()
-                                ? buildShadowMap(scene, *light, shadowParams)
-                                : nullptr);
+        const bool casts = (params.flags & RenderParams::kShadows) != 0 && light->castsShadow();
+        light->setShadowMap(casts && buildShadowMap ? buildShadowMap(scene, *light, shadowParams)
+                                                    : nullptr);
+        if (casts && !buildShadowMap && !std::exchange(missing, true))
+            std::fprintf(stderr, "Shadow maps are not available: the frame has no shadows.\n");
         if (pollProgress(0, 1) != 0) return false;
     }
     return true;

@@ -37,7 +37,7 @@ struct SoftwareRenderOptions {
     /// Called with true when the frame starts and false when it ends, however it ends.
     std::function<void(bool)> busyCursor;
 
-    /// Empty: lights cast no shadows.
+    /// Empty: lights cast no shadows, and a frame that asks for some says so on standard error.
     ShadowMapBuilder buildShadowMap;
 };
 

@@ -110,16 +110,6 @@ TEST(Frame, TransparentOverOpaqueIsThePlainOver) {
     EXPECT_EQ(s.render().at(1, 8), (Pixel{96, 128, 32, 255}));
 }
 
-TEST(Frame, OfEqualDepthsTheFirstObjectWins) {
-    TestScene s;
-    s.light(LightType::kAmbient);
-    s.material("a", {1.0F, 0.0F, 0.0F, 1.0F});
-    s.material("b", {0.0F, 1.0F, 0.0F, 1.0F});
-    s.object(TestScene::rectangle(-5, -5, 5, 5), "a");
-    s.object(TestScene::rectangle(-5, -5, 5, 5), "b");
-    EXPECT_EQ(s.render().at(4, 4), (Pixel{255, 0, 0, 255}));
-}
-
 TEST(Frame, AbuttingTrianglesLeaveNoGapAndDontOverlap) {
     // A clear sheet of crooked triangles: a gap or an overlap would show in alpha.
     for (const bool perspective : {false, true}) {
@@ -501,6 +491,21 @@ TEST(Frame, ShadowMapsLiveForOneFrame) {
     EXPECT_EQ(s.render(options).at(4, 4)[0], 64);
     EXPECT_EQ(built, 1);
     EXPECT_EQ(light.shadowMap(), nullptr);
+}
+
+TEST(Frame, SaysOnceWhereShadowsAreAskedForInVain) {
+    const auto said = [](bool asked, bool cast) {
+        TestScene s;
+        if (asked) s.params.flags |= RenderParams::kShadows;
+        for (int i = 0; i < 2; ++i)
+            s.light(LightType::kDirectional).setCastsShadow(cast);
+        testing::internal::CaptureStderr();
+        s.render();
+        return testing::internal::GetCapturedStderr();
+    };
+    EXPECT_EQ(said(true, true), "Shadow maps are not available: the frame has no shadows.\n");
+    EXPECT_EQ(said(false, true), "");
+    EXPECT_EQ(said(true, false), "");
 }
 
 TEST(RenderParams, AntiAliasLevels) {

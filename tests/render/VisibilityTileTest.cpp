@@ -117,30 +117,6 @@ TEST(VisibilityTile, PerspectiveDepthIsTheReciprocalAndEndsAtTheHorizon) {
     EXPECT_FLOAT_EQ(scan.tile.row(3, 0)->depth(), 2.0F);
 }
 
-TEST(VisibilityTile, SurvivesCoordinatesOfAnySize) {
-    const Scan scan({flat({-1e300, -1e300}, {1e300, -1e300}, {0.0, 1e300}, 1.0, true),
-                     flat({1e18, 1e18}, {2e18, 1e18}, {1e18, 2e18}, 1.0, true)});
-    EXPECT_LE(scan.list(5, 5).size(), 1U);
-    EXPECT_EQ(Scan({flat({1e18, 1e18}, {2e18, 1e18}, {1e18, 2e18}, 1.0, true)}).list(5, 5), "");
-}
-
-TEST(PixelTree, OneGroupWhereOneTriangleFillsThePixel) {
-    for (const bool opaque : {true, false}) {
-        ScreenTriangle t = sheet(1.0, opaque);
-        t.u = {1.0, 0.0, 0.0};
-        t.v = {0.0, 2.0, 0.0};
-        const Scan scan({t});
-        PixelTree tree;
-        ASSERT_TRUE(tree.build(scan.tile, 1, 2));
-        ASSERT_EQ(tree.nodes().size(), 1U);
-        EXPECT_EQ(tree.node(0).coverage, 1.0F);
-        EXPECT_EQ(tree.node(0).u, 4.5F);  // the middle of subpixels 3..5
-        EXPECT_EQ(tree.node(0).v, 15.0F);
-        EXPECT_EQ(tree.node(0).behind, PixelNode::kNone);
-        EXPECT_EQ(tree.node(0).others, PixelNode::kNone);
-    }
-}
-
 TEST(PixelTree, GroupsByTriangleAndLayer) {
     // In pixel (0, 0): triangle 0 (transparent) on columns 0 and 1, triangle 1 (opaque) behind it
     // on all three columns.
