@@ -82,7 +82,7 @@ TriangleShade makeTriangleShade(const FrameShading& frame, const TriangleId& id)
         shade.texture = Spread<Vec2>::over(flat(values[0]), flat(values[1]), flat(values[2]));
     }
     if ((material.needs & ShadingNeeds::kTangents) != 0) {
-        const SurfaceTangents& surface = frame.tangents[id.object];
+        const TangentSpans& surface = frame.tangents[id.object];
         if (gather(surface.tangents, face.texture, corners, values))
             shade.tangentS = worldTangents(values, object.worldFromObject);
         if (gather(surface.binormals, face.texture, corners, values))

@@ -16,7 +16,7 @@ namespace orvin {
 class LightX;
 
 /// The tangents of an object's surface in object space, by texture vertex; see MeshObject.
-struct SurfaceTangents {
+struct TangentSpans {
     std::span<const Vec3> tangents;
     std::span<const Vec3> binormals;
 };
@@ -30,8 +30,8 @@ struct FrameShading {
     const VisibilityBuffer& visibility;
     Vec3 eye;  // world space
     std::vector<const LightX*> lights;
-    std::vector<ShadeMaterial> materials;   // by TriangleId::surface
-    std::vector<SurfaceTangents> tangents;  // by TriangleId::object; empty where no material asks
+    std::vector<ShadeMaterial> materials;  // by TriangleId::surface
+    std::vector<TangentSpans> tangents;    // by TriangleId::object; empty where no material asks
 };
 
 /// The attributes of a triangle, looked up in its mesh.
