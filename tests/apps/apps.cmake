@@ -15,7 +15,6 @@ target_compile_definitions(test_apps PRIVATE ORVIN_SOURCE_DIR="${CMAKE_SOURCE_DI
 target_link_libraries(test_apps PRIVATE orvinhost_core GTest::gtest_main)
 add_dependencies(test_apps orvin_test_effect)
 orvin_warnings(test_apps)
-orvin_precompile_tests(test_apps)
 gtest_discover_tests(test_apps DISCOVERY_TIMEOUT 120 DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
 
 add_test(NAME program_pipeline COMMAND ${CMAKE_COMMAND} -DORVINEX=$<TARGET_FILE:orvinex>
