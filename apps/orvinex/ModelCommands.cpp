@@ -1,35 +1,17 @@
 // import and export.
 #include <algorithm>
 
-#include "common/ProgressBar.h"
 #include "interchange/ModelFormats.h"
 #include "orvinex/Commands.h"
+#include "orvinex/ShownProgress.h"
 #include "render/CameraX.h"
 #include "scene/FrameClock.h"
-#include "toolkit/Progress.h"
 
 namespace orvin::orvinex {
 
 namespace {
 
 constexpr int kMaxFrames = 1 << 20;
-
-/// Shows long work for the length of a scope.
-class ShownProgress {
-  public:
-    ShownProgress(std::string_view label, bool quiet) : bar_(label, quiet) {
-        setProgress([this](int current, int total) {
-            if (total > 0) bar_.update(static_cast<double>(current) / total);
-            return 0;
-        });
-    }
-    ~ShownProgress() { setProgress({}); }
-    ShownProgress(const ShownProgress&) = delete;
-    ShownProgress& operator=(const ShownProgress&) = delete;
-
-  private:
-    apps::ProgressBar bar_;
-};
 
 // Pictures up to this wide for their height hold a framed scene.
 constexpr double kWidestPicture = 16.0 / 9.0;
@@ -77,9 +59,9 @@ int importCommand(const apps::ParsedOptions& options) {
     Project project;
     {
         const ShownProgress progress("importing", options.has("--quiet"));
-        const std::filesystem::path model = options.positional()[0];
-        if (importModel(project.mainScene(), model) != kSuccess)
-            throw apps::Failure("nothing was imported from '" + model.string() + "'");
+        const std::string& model = options.positional()[0];
+        if (importModel(project.mainScene(), std::filesystem::path(model)) != kSuccess)
+            throw apps::Failure("nothing was imported from '" + model + "'");
     }
     frameObjects(project.mainScene());
     saveProject(project, output);

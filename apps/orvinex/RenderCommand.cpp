@@ -2,12 +2,11 @@
 #include <cstdio>
 
 #include "common/Png.h"
-#include "common/ProgressBar.h"
 #include "orvinex/Commands.h"
+#include "orvinex/ShownProgress.h"
 #include "render/CameraX.h"
 #include "render/SoftwareRenderer.h"
 #include "scene/FrameClock.h"
-#include "toolkit/Progress.h"
 
 namespace orvin::orvinex {
 
@@ -69,14 +68,10 @@ int renderCommand(const apps::ParsedOptions& options) {
         setTotalFrames(std::max(totalFrames(), frame + 1));
         setCurrentFrame(frame);
     }
-    apps::ProgressBar bar("rendering", options.has("--quiet"));
-    setProgress([&bar](int current, int total) {
-        if (total > 0) bar.update(static_cast<double>(current) / total);
-        return 0;
-    });
-    const auto image = renderSoftware(scene, params, render);
-    setProgress({});
-    bar.clear();
+    const auto image = [&] {
+        const ShownProgress progress("rendering", options.has("--quiet"));
+        return renderSoftware(scene, params, render);
+    }();
     if (!image) throw apps::Failure("the frame was stopped");
     apps::writePng(output, upright(*image));
     return apps::kExitDone;

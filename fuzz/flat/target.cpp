@@ -2,30 +2,20 @@
 // loads is flattened again, with and without objects, and that must load and flatten the same.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <new>
 #include <string>
 #include <string_view>
 
-#include "geometry/ModelHooks.h"
+#include "fuzz/ProjectFuzzing.h"
 #include "scene/OrvinSceneManager.h"
 #include "setup/OrvinProjectSections.h"
-#include "setup/StartUp.h"
-#include "toolkit/Questions.h"
 
 namespace {
 
 using namespace orvin;
+using namespace orvin::fuzzing;
 
 constexpr std::size_t kHeader = 8;
-
-class Silent : public HeadlessQuestions {
-    void showMessage(std::string_view, bool) override {}
-};
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 /// One effect instance that is set up from flat data.
 class Instance {
@@ -68,31 +58,10 @@ class Instance {
     OrvinSceneManager manager_{preferences_, sections_};
 };
 
-/// Texture vertices turn by a quarter each time they are read: they can't be compared.
-std::string withoutTexture(std::string_view text) {
-    std::string result;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
-        const std::string_view line = text.substr(0, end);
-        const std::size_t start = line.find_first_not_of(' ');
-        if (start == std::string_view::npos || !line.substr(start).starts_with("vt "))
-            result += line;
-        text.remove_prefix(end);
-    }
-    return result;
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static Silent silent;
-    static const bool ready = [] {
-        setQuestions(&silent);
-        registerMemberClasses();
-        setModelHooks({});  // a project can name model files to load and save: not here
-        return true;
-    }();
-    require(ready);
+    prepareForProjects();
 
     std::string flat(kHeader, '-');
     flat.append(reinterpret_cast<const char*>(data), size);

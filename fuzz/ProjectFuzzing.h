@@ -1,0 +1,50 @@
+// What the fuzz targets of projects share.
+#pragma once
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "geometry/ModelHooks.h"
+#include "setup/StartUp.h"
+#include "toolkit/Questions.h"
+
+namespace orvin::fuzzing {
+
+class Silent : public HeadlessQuestions {
+    void showMessage(std::string_view, bool) override {}
+};
+
+inline void require(bool holds) {
+    if (!holds) std::abort();
+}
+
+/// Every member class is known, nobody is told anything, and no model file is read or written,
+/// whatever a project names. Runs once.
+inline void prepareForProjects() {
+    static Silent silent;
+    static const bool ready = [] {
+        setQuestions(&silent);
+        registerMemberClasses();
+        setModelHooks({});
+        return true;
+    }();
+    require(ready);
+}
+
+/// Texture vertices turn by a quarter each time they are read: they can't be compared.
+inline std::string withoutTexture(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
+        const std::string_view line = text.substr(0, end);
+        const std::size_t start = line.find_first_not_of(' ');
+        if (start == std::string_view::npos || !line.substr(start).starts_with("vt "))
+            result += line;
+        text.remove_prefix(end);
+    }
+    return result;
+}
+
+}  // namespace orvin::fuzzing
