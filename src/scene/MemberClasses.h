@@ -25,6 +25,21 @@ struct MemberClass {
 /// Adds a class; registering a name again replaces it.
 void registerMemberClass(const MemberClass& memberClass);
 
+/// Adds T, made by T(SceneX&, std::string_view name) and copied by
+/// T(SceneX&, const T& source, std::string_view name).
+template <typename T>
+void registerMemberClass(std::string_view className, std::string_view autoNamePrefix) {
+    registerMemberClass({className, autoNamePrefix,
+                         [](SceneX& scene, std::string_view name) -> std::unique_ptr<SceneMember> {
+                             return std::make_unique<T>(scene, name);
+                         },
+                         [](SceneX& scene, const SceneMember& source,
+                            std::string_view name) -> std::unique_ptr<SceneMember> {
+                             return std::make_unique<T>(scene, dynamic_cast<const T&>(source),
+                                                        name);
+                         }});
+}
+
 /// Null for a class that nobody registered.
 const MemberClass* findMemberClass(std::string_view className);
 

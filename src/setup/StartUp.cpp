@@ -4,6 +4,7 @@
 #include "interchange/ModelFormats.h"
 #include "render/RenderClasses.h"
 #include "scene/MemberClasses.h"
+#include "vector/VectorClasses.h"
 
 namespace orvin {
 
@@ -11,6 +12,7 @@ void registerMemberClasses() {
     registerSceneClasses();
     registerGeometryClasses();
     registerExtrusionClasses();
+    registerVectorClasses();
     registerRenderClasses();
     installModelHooks();
 }

@@ -1,0 +1,7 @@
+#include "vector/VectorClasses.h"
+
+namespace orvin {
+
+void registerVectorClasses() {}
+
+}  // namespace orvin
