@@ -1,7 +1,12 @@
 #include "vector/VectorClasses.h"
 
+#include "scene/MemberClasses.h"
+#include "vector/illustrator/ProfileI.h"
+
 namespace orvin {
 
-void registerVectorClasses() {}
+void registerVectorClasses() {
+    registerMemberClass<ProfileI>("ProfileI", "profile");
+}
 
 }  // namespace orvin
