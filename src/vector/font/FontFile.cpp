@@ -1,0 +1,53 @@
+#include "vector/font/FontFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <memory>
+
+#include "vector/font/TrueTypeReader.h"
+
+namespace orvin {
+namespace {
+
+std::string extensionOf(std::string_view path) {
+    const std::size_t dot = path.rfind('.');
+    std::string extension(dot == std::string_view::npos ? std::string_view() : path.substr(dot));
+    for (char& c : extension)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    return extension;
+}
+
+}  // namespace
+
+FontFile::FontFile(std::string_view path, int charsetParam) : charset(charsetParam) {
+    const std::string extension = extensionOf(path);
+    std::unique_ptr<FontReader> reader;
+    if (extension == ".ttf") {
+        kind = Kind::kTrueType;
+        reader = std::make_unique<TrueTypeReader>(*this, charset);
+    } else {
+        std::fprintf(stderr, "Unrecognized font file type: %s\n", std::string(path).c_str());
+        return;
+    }
+    reader->read(path);
+}
+
+const FontGlyph* FontFile::glyphForCode(int code) const {
+    const auto found = std::find_if(table.glyphs.begin(), table.glyphs.end(),
+                                    [code](const FontGlyph& glyph) { return glyph.code == code; });
+    return found != table.glyphs.end() ? &*found : nullptr;
+}
+
+void FontFile::fontError(std::string_view message) {
+    if (errorText_.empty()) errorText_ = message;
+    fontReport("%s\n", std::string(message).c_str());
+}
+
+std::string_view fontStatusText(bool error) {
+    static constexpr std::array<std::string_view, 2> kTexts = {"Font parsed successfully.",
+                                                               "Error parsing font file."};
+    return kTexts[error ? 1 : 0];
+}
+
+}  // namespace orvin
