@@ -1,13 +1,18 @@
 #include "setup/DefaultScene.h"
 
+#include "geometry/ObjectXStyle.h"
 #include "render/CameraX.h"
 #include "render/LightX.h"
 #include "render/MaterialX.h"
 #include "scene/MemberClasses.h"
+#include "vector/edges/EdgeLibrary.h"
+#include "vector/edges/ProfileL.h"
 
 namespace orvin {
 
 namespace {
+
+constexpr std::string_view kDefaultEdge = "Bevel, Medium";
 
 constexpr double kEyeDistance = 300.0;
 constexpr double kFieldOfView = 50.0;  // degrees
@@ -64,9 +69,18 @@ SceneMember* addByClass(SceneX& scene, std::string_view className, std::string_v
     return memberClass != nullptr ? &scene.adopt(memberClass->create(scene, name)) : nullptr;
 }
 
+void giveEdge(ObjectXStyle& style) {
+    const int index = findEdge(kDefaultEdge);
+    if (index < 0) return;
+    auto& edge = style.scene().make<ProfileL>(kDefaultEdge);
+    edge.setLibIdx(index);
+    edge.load();
+    style.setPerim(kDefaultEdge);
+}
+
 }  // namespace
 
-std::unique_ptr<SceneX> buildDefaultScene(std::string_view name, bool /*withObject*/) {
+std::unique_ptr<SceneX> buildDefaultScene(std::string_view name, bool withObject) {
     auto scene = std::make_unique<SceneX>(name);
     for (int number = 0; number < gSetCount; ++number)
         scene->make<Group>(setName(number));
@@ -75,9 +89,10 @@ std::unique_ptr<SceneX> buildDefaultScene(std::string_view name, bool /*withObje
     addCamera(*scene, kProfileCamera).setProjection(Projection::kOrthographic);
     addCamera(*scene, kLightingCamera);
     scene->make<MaterialX>(kDefaultMaterial).protectedFromSweep = true;
-    if (SceneMember* style = addByClass(*scene, "ObjectXStyle", kDefaultStyle))
+    if (SceneMember* style = addByClass(*scene, "ObjectXStyle", kDefaultStyle)) {
         style->protectedFromSweep = true;
-    // The edge library isn't there yet: with or without an object, the style keeps its own edge.
+        if (withObject) giveEdge(static_cast<ObjectXStyle&>(*style));
+    }
     addLights(*scene);
     return scene;
 }

@@ -10,7 +10,7 @@ namespace orvin {
 
 /// Builds the Sets, the three cameras, the protected default material and style, and the lights: an
 /// ambient one first, then three directional ones. The style is there once registerMemberClasses()
-/// knows its class. `withObject` asks for a bevelled edge on it; there is none to give yet.
+/// knows its class. `withObject` gives it the library's "Bevel, Medium" as its edge.
 std::unique_ptr<SceneX> buildDefaultScene(std::string_view name, bool withObject);
 
 }  // namespace orvin

@@ -5,6 +5,7 @@
 #include "render/RenderClasses.h"
 #include "scene/MemberClasses.h"
 #include "vector/VectorClasses.h"
+#include "vector/edges/EdgeLibrary.h"
 
 namespace orvin {
 
@@ -15,6 +16,7 @@ void registerMemberClasses() {
     registerVectorClasses();
     registerRenderClasses();
     installModelHooks();
+    loadEdgeLibrary();  // of members of the classes above; does nothing the next time
 }
 
 }  // namespace orvin

@@ -3,8 +3,8 @@
 
 namespace orvin {
 
-/// Makes the member classes of all subsystems known to SceneX, in a fixed order. Calling it again
-/// changes nothing.
+/// Makes the member classes of all subsystems known to SceneX, in a fixed order, and builds
+/// the edge library. Calling it again changes nothing.
 void registerMemberClasses();
 
 }  // namespace orvin

@@ -1,0 +1,53 @@
+#include "vector/edges/ProfileL.h"
+
+#include "scene/SceneStream.h"
+#include "vector/edges/EdgeLibrary.h"
+#include "vector/illustrator/ProfileI.h"
+
+namespace orvin {
+
+void ProfileL::setLibIdx(int index) {
+    libIdx_ = index;
+    touch();
+}
+
+Result ProfileL::load() {
+    ProfileI* const edge = edgeAt(libIdx_);
+    if (edge == nullptr) return kFailure;
+    outline() = *edge->inputProfile();
+    touch();
+    return kSuccess;
+}
+
+Result ProfileL::writeBody(SceneStream& stream) {
+    const bool failed = OutlineProfile::writeBody(stream) != kSuccess ||
+                        stream.putInt("libIdx", libIdx_) != kSuccess;
+    if (failed) return kFailure;
+    stream.line().clear().text("load");
+    return stream.putLine();
+}
+
+struct ProfileL::Commands : CommandRegistry {
+    static ProfileL& profile(Persistent& self) { return static_cast<ProfileL&>(self); }
+
+    static Result readIndex(SceneStream& stream, Persistent& self) {
+        int index = -1;
+        if (stream.readInt(index) != kSuccess) return kFailure;
+        profile(self).setLibIdx(index);
+        return kSuccess;
+    }
+    static Result load(SceneStream&, Persistent& self) { return profile(self).load(); }
+
+    Commands() : CommandRegistry(16) {
+        registerMemberCommands(*this);
+        lookupOrInsert("libIdx", readIndex);
+        lookupOrInsert("load", load);
+    }
+};
+
+const CommandRegistry& ProfileL::commandRegistry() const {
+    static const Commands commands;
+    return commands;
+}
+
+}  // namespace orvin
