@@ -46,7 +46,10 @@ class OutlineProfile : public Profile {
   public:
     using Profile::Profile;
     OutlineProfile(SceneX& scene, const OutlineProfile& source, std::string_view name)
-        : Profile(scene, source, name), outline_(source.outline_) {}
+        : Profile(scene, source, name),
+          outline_(source.outline_),
+          shape_(source.shape_),
+          tolerance_(source.tolerance_) {}
 
     std::uint32_t changeCount() override { return changeCount_; }
     void touch() override { changeCount_ = nextRevision(changeCount_); }
