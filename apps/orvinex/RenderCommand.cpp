@@ -3,6 +3,7 @@
 
 #include "common/Png.h"
 #include "orvinex/Commands.h"
+#include "orvinex/RenderedPicture.h"
 #include "orvinex/ShownProgress.h"
 #include "render/CameraX.h"
 #include "render/SoftwareRenderer.h"
@@ -29,17 +30,6 @@ RenderParams paramsFor(const apps::ParsedOptions& options, RenderState& state) {
         state.params.height = size.height;
     }
     return state.params;
-}
-
-apps::Picture upright(const ImageBuffer& image) {
-    apps::Picture picture(image.width(), image.height());
-    for (int y = 0; y < image.height(); ++y) {
-        // The renderer's row 0 is the bottom one.
-        std::span<std::uint8_t> row(picture.pixel(0, image.height() - 1 - y), image.rowBytes());
-        if (image.readRow(y, row) != kSuccess)
-            throw apps::Failure("the rendered picture can't be read back from its temporary file");
-    }
-    return picture;
 }
 
 }  // namespace
@@ -73,7 +63,7 @@ int renderCommand(const apps::ParsedOptions& options) {
         return renderSoftware(scene, params, render);
     }();
     if (!image) throw apps::Failure("the frame was stopped");
-    apps::writePng(output, upright(*image));
+    apps::writePng(output, uprightPicture(*image));
     return apps::kExitDone;
 }
 

@@ -82,6 +82,20 @@ const std::vector<Command>& commands() {
           {{"-o", "FILE", "where they go (standard output)"}},
           {"orvinex params logo.twp -o keys.json"}},
          paramsCommand},
+        {{"edges",
+          "[--list | --sheet OUT.png]",
+          0,
+          0,
+          "tells which edges the library has, or draws them",
+          {{"--list", "", "index, name, name in menus and category of each (what it does anyway)"},
+           {"--sheet", "FILE", "a picture: the section of each edge beside a letter that has it"},
+           {"--edge", "NAME", "only this edge, by either name; may be repeated"},
+           {"--columns", "N", "edges in a row of the sheet (6)"},
+           {"--letter", "PIXELS", "side of each rendered letter (200; 800 for one edge)"},
+           kQuiet},
+          {"orvinex edges --sheet edges.png",
+           "orvinex edges --edge \"Bevel, Medium\" --sheet bevel.png"}},
+         edgesCommand},
         {{"sheet",
           "PICTURE.png... -o OUT.png",
           1,
@@ -142,7 +156,7 @@ int run(const std::vector<std::string>& arguments) {
     for (const Command& command : commands())
         if (command.spec.name == arguments[0])
             return runCommand(command, {arguments.begin() + 1, arguments.end()});
-    for (const char* later : {"text", "outline", "edges"})
+    for (const char* later : {"text", "outline"})
         if (arguments[0] == later) return fail("'" + arguments[0] + "' isn't there yet");
     std::fprintf(stderr, "%s: no command is named '%s'\n%s", kProgram, arguments[0].c_str(),
                  help.c_str());
