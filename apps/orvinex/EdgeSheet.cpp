@@ -11,9 +11,10 @@
 #include "geometry/ObjectX.h"
 #include "orvinex/RenderedPicture.h"
 #include "render/CameraX.h"
+#include "render/LightX.h"
 #include "render/MaterialX.h"
 #include "render/SoftwareRenderer.h"
-#include "setup/DefaultScene.h"
+#include "scene/SceneX.h"
 #include "vector/edges/ProfileL.h"
 #include "vector/illustrator/ProfileI.h"
 
@@ -36,12 +37,25 @@ constexpr double kFlatness = 0.02;
 constexpr double kHardAngle = 20.0;
 
 // The letter: scene units and degrees.
-constexpr double kDepth = 22.0;
+constexpr double kDepth = 26.0;
 constexpr double kFieldOfView = 24.0;
 constexpr double kTurn = -34.0;
 constexpr double kTilt = -22.0;
-constexpr double kRadius = 73.0;  // of the sphere that fills the picture; larger letters stand back
+constexpr double kRadius = 66.0;  // of the sphere that fills the picture; larger letters stand back
 constexpr int kSubpixels = 4;
+
+struct LightSettings {
+    Rgba color;
+    double intensity;
+    double direction, elevation;  // degrees about y and x
+};
+// The key light grazes the sides that the camera sees, so that a section shows as light and shade;
+// the second keeps what looks away from it apart from what lies in the dark.
+constexpr LightSettings kLights[] = {
+    {{1.0F, 1.0F, 1.0F, 0.0F}, 1.05, -18.0, -38.0},
+    {{0.75F, 0.85F, 1.0F, 0.0F}, 0.4, -125.0, -12.0},
+    {{1.0F, 0.9F, 0.8F, 0.0F}, 0.18, 40.0, 35.0},
+};
 
 Curve2 line(std::initializer_list<Vec2> points) {
     return Curve2(Curve2::Type::kLinear, points);
@@ -78,6 +92,8 @@ void drawLetter(InputProfile2& outline) {
 class LetterScene {
   public:
     LetterScene() {
+        for (const LightSettings& settings : kLights)
+            addLight(settings);
         addMaterial("face", {0.42F, 0.55F, 0.78F, 1.0F}, 60.0, 0.25);
         addMaterial("edge", {0.93F, 0.74F, 0.36F, 1.0F}, 90.0, 0.45);
         drawLetter(*letter_.inputProfile());
@@ -115,6 +131,14 @@ class LetterScene {
     }
 
   private:
+    void addLight(const LightSettings& settings) {
+        auto& light = scene_->make<LightX>("light");
+        light.setType(LightType::kDirectional);
+        light.setColor(settings.color);
+        light.setIntensity(settings.intensity);
+        light.transform().setRotate({settings.elevation, settings.direction, 0.0});
+    }
+
     void addMaterial(std::string_view name, const Rgba& color, double exponent, double amount) {
         auto& material = scene_->make<MaterialX>(name);
         material.setDiffuse(color);
@@ -125,17 +149,18 @@ class LetterScene {
         const Box3 box = object_.localBounds();
         const double radius = std::max(kRadius, length(box.max - box.min) / 2.0);
         const double distance = radius / std::sin(radians(kFieldOfView / 2.0));
-        auto* const camera = scene_->memberAs<CameraX>(MemberKind::kCamera, kDefaultCamera);
-        camera->setFieldOfView(kFieldOfView);
-        camera->setAspect(1.0);
-        camera->setPose({.eye = {},
+        camera_.setMode(CameraMode::kOrbit);
+        camera_.setFieldOfView(kFieldOfView);
+        camera_.setAspect(1.0);
+        camera_.setPose({.eye = {},
                          .target = (box.min + box.max) * 0.5,
                          .distance = distance,
                          .tumbleLeftRight = kTurn,
                          .tumbleUpDown = kTilt});
     }
 
-    std::unique_ptr<SceneX> scene_ = buildDefaultScene("edges", false);
+    std::unique_ptr<SceneX> scene_ = std::make_unique<SceneX>("edges");
+    CameraX& camera_ = scene_->make<CameraX>(kDefaultCamera);
     ProfileI& letter_ = scene_->make<ProfileI>("letter");
     // Unlike a ProfileI, it has a shape where its curves are straight.
     ProfileL& section_ = scene_->make<ProfileL>("section");
