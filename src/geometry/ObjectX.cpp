@@ -72,7 +72,10 @@ void ObjectX::setHardShadingAngle(double degrees, bool rebuild) {
 
 ObjectX::Seen ObjectX::currentRevisions() const {
     Seen now;
-    now.face = revisionOf(face());
+    if (Profile* const profile = face()) {
+        now.shown = profile->shown();
+        now.face = profile->changeCount();
+    }
     if (const ObjectXStyle* const recipe = style()) {
         now.styleFace = recipe->faceRevision();
         now.styleEdge = recipe->edgeRevision();
@@ -95,6 +98,11 @@ const Mesh3* ObjectX::mesh(int quality, std::uint32_t& revision) {
     if (needsUpdate(quality) && rebuild(quality) != kSuccess) return nullptr;
     revision = meshRevision();
     return &mesh_;
+}
+
+bool ObjectX::isAnimated() const {
+    const Profile* const profile = face();
+    return profile != nullptr && profile->isAnimated();
 }
 
 void ObjectX::refresh() {

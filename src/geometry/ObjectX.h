@@ -70,6 +70,8 @@ class ObjectX final : public MeshObject {
     /// Null without profile or style, and where building failed.
     const Mesh3* mesh(int quality, std::uint32_t& revision) override;
 
+    bool isAnimated() const override;
+
     Box3 localBounds() override;
 
     // The style's; none without one.
@@ -93,6 +95,7 @@ class ObjectX final : public MeshObject {
 
     /// Revisions of what a mesh is made from.
     struct Seen {
+        const Profile* shown = nullptr;  // what `face` is the revision of
         std::uint32_t face = 0;
         std::uint32_t styleFace = 0;
         std::uint32_t styleEdge = 0;

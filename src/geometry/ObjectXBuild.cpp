@@ -75,7 +75,8 @@ Result ObjectX::rebuild(int quality) {
         return kFailure;
     }
     const Seen now = currentRevisions();
-    const bool facesChanged = now.face != seen_.face || now.styleFace != seen_.styleFace ||
+    const bool facesChanged = now.shown != seen_.shown || now.face != seen_.face ||
+                              now.styleFace != seen_.styleFace ||
                               isStale(kBuiltForRender) != (quality == 1) || isStale(kRebuild);
     PolyShape2 shape;
     if (loadOutline(quality, shape) != kSuccess) {

@@ -39,6 +39,12 @@ class Profile : public SceneMember {
     virtual const Mesh2* shape(double tolerance, double hardAngle, std::uint32_t& stamp) = 0;
     /// The box of the shape as last flattened.
     virtual Box2 bounds() = 0;
+
+    /// True where the outline follows the current frame (scene/FrameClock.h).
+    virtual bool isAnimated() const { return false; }
+    /// The profile whose outline all of the above speak of at the current frame: this one, but for
+    /// cycles of profiles; null for none. Revisions of two profiles don't compare.
+    virtual Profile* shown() { return this; }
 };
 
 /// A profile with curves of its own.

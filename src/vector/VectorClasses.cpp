@@ -1,6 +1,7 @@
 #include "vector/VectorClasses.h"
 
 #include "scene/MemberClasses.h"
+#include "vector/ProfileM.h"
 #include "vector/edges/ProfileL.h"
 #include "vector/illustrator/ProfileI.h"
 
@@ -9,6 +10,7 @@ namespace orvin {
 void registerVectorClasses() {
     registerMemberClass<ProfileI>("ProfileI", "profile");
     registerMemberClass<ProfileL>("ProfileL", "profile");
+    registerMemberClass<ProfileM>("ProfileM", "profile");
 }
 
 }  // namespace orvin
