@@ -7,6 +7,7 @@
 #include "orvinex/ShownProgress.h"
 #include "render/CameraX.h"
 #include "render/SoftwareRenderer.h"
+#include "render/shadow/ShadowPass.h"
 #include "scene/FrameClock.h"
 
 namespace orvin::orvinex {
@@ -14,6 +15,12 @@ namespace orvin::orvinex {
 namespace {
 
 constexpr int kMaxFrame = 1 << 20;
+
+bool onOff(const std::string& text, const char* what) {
+    if (text != "on" && text != "off")
+        throw apps::UsageError(std::string(what) + " is 'on' or 'off', not '" + text + "'");
+    return text == "on";
+}
 
 RenderParams paramsFor(const apps::ParsedOptions& options, RenderState& state) {
     if (options.has("--antialias"))
@@ -24,6 +31,11 @@ RenderParams paramsFor(const apps::ParsedOptions& options, RenderState& state) {
             apps::ratioOption(options.value("--pixel-aspect"), "--pixel-aspect");
         state.setPixelAspect(static_cast<float>(aspect.num) / static_cast<float>(aspect.den));
     }
+    if (options.has("--shadows"))
+        state.setRendersShadows(onOff(options.value("--shadows"), "--shadows"));
+    if (options.has("--shadow-quality"))
+        state.setShadowQuality(apps::wholeOption(options.value("--shadow-quality"),
+                                                 "--shadow-quality", 1, kMaxShadowResolution));
     if (options.has("--size")) {
         const apps::Size size = apps::sizeOption(options.value("--size"), "--size");
         state.params.width = size.width;

@@ -53,6 +53,8 @@ const std::vector<Command>& commands() {
            {"--antialias", "LEVEL", "1 to 17, as in the anti-alias menu (the project's)"},
            {"--method", "N", "renderer, 1 is the Orvinex Renderer (the project's)"},
            {"--camera", "NAME", "camera to look through (dflt_cam)"},
+           {"--shadows", "on|off", "whether lights cast shadows (the project's)"},
+           {"--shadow-quality", "N", "texels along a side of each shadow map (the project's)"},
            {"--frame", "N", "the frame that changing outlines show (0)"},
            {"--pixel-aspect", "N/D", "width over height of a pixel (1)"},
            kQuiet},

@@ -14,9 +14,9 @@
 #include "render/PixelWriter.h"
 #include "render/TilePainter.h"
 #include "render/VisibilityBuffer.h"
+#include "render/shadow/ShadowPass.h"
 #include "scene/SceneX.h"
 #include "toolkit/Progress.h"
-#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -69,28 +69,24 @@ std::vector<LightX*> enabledLights(const SceneX& scene) {
 
 // False when the frame is to stop.
 bool prepareLights(SceneX& scene, const std::vector<LightX*>& lights, const RenderParams& params,
-                   const ShadowMapBuilder& buildShadowMap) {
+                   const ShadowMapBuilder& build) {
     RenderParams shadowParams = params;
     shadowParams.pixelAspect = 1.0F;
-    bool missing = false;
+    const bool shadows = (params.flags & RenderParams::kShadows) != 0;
     for (LightX* light : lights) {
         light->prepare();
-        const bool casts = (params.flags & RenderParams::kShadows) != 0 && light->castsShadow();
-        light->setShadowMap(casts && buildShadowMap ? buildShadowMap(scene, *light, shadowParams)
-                                                    : nullptr);
-        if (casts && !buildShadowMap && !std::exchange(missing, true))
-            std::fprintf(stderr, "Shadow maps are not available: the frame has no shadows.\n");
+        std::unique_ptr<ShadowLookup> map;
+        if (shadows && light->castsShadow())
+            map = build ? build(scene, *light, shadowParams)
+                        : makeShadowMap(scene, *light, shadowParams);
+        light->setShadowMap(std::move(map));
         if (pollProgress(0, 1) != 0) return false;
     }
     return true;
 }
 
 ImageBuffer makeImage(const RenderParams& params, std::uint64_t budget) {
-    if (budget == 0) {
-        const std::uint64_t free = platform::freePhysicalMemory();
-        // A budget of 0 would mean "no limit".
-        budget = free > ImageBuffer::kBudgetReserve ? free - ImageBuffer::kBudgetReserve : 1;
-    }
+    if (budget == 0) budget = ImageBuffer::freeBudget();
     if (params.blurOption != 0) budget = std::max<std::uint64_t>(budget / 2, 1);
     return ImageBuffer::withBits(static_cast<int>(params.width), static_cast<int>(params.height), 4,
                                  params.bitsPerChannel, budget);

@@ -22,7 +22,7 @@ class CameraX;
 class LightX;
 class SceneX;
 
-/// Builds the shadow map of one light for one frame; null when it was cancelled.
+/// Builds the shadow map of one light for one frame; null for none.
 using ShadowMapBuilder =
     std::function<std::unique_ptr<ShadowLookup>(SceneX&, LightX&, const RenderParams&)>;
 
@@ -37,7 +37,7 @@ struct SoftwareRenderOptions {
     /// Called with true when the frame starts and false when it ends, however it ends.
     std::function<void(bool)> busyCursor;
 
-    /// Empty: lights cast no shadows, and a frame that asks for some says so on standard error.
+    /// Empty: makeShadowMap(), see render/shadow/ShadowPass.h.
     ShadowMapBuilder buildShadowMap;
 };
 

@@ -493,21 +493,6 @@ TEST(Frame, ShadowMapsLiveForOneFrame) {
     EXPECT_EQ(light.shadowMap(), nullptr);
 }
 
-TEST(Frame, SaysOnceWhereShadowsAreAskedForInVain) {
-    const auto said = [](bool asked, bool cast) {
-        TestScene s;
-        if (asked) s.params.flags |= RenderParams::kShadows;
-        for (int i = 0; i < 2; ++i)
-            s.light(LightType::kDirectional).setCastsShadow(cast);
-        testing::internal::CaptureStderr();
-        s.render();
-        return testing::internal::GetCapturedStderr();
-    };
-    EXPECT_EQ(said(true, true), "Shadow maps are not available: the frame has no shadows.\n");
-    EXPECT_EQ(said(false, true), "");
-    EXPECT_EQ(said(true, false), "");
-}
-
 TEST(RenderParams, AntiAliasLevels) {
     struct Case {
         int level, n, blur;

@@ -32,6 +32,11 @@ std::span<const std::uint8_t> asBytes(std::span<const double> values) {
 
 }  // namespace
 
+std::uint64_t ImageBuffer::freeBudget() {
+    const std::uint64_t free = platform::freePhysicalMemory();
+    return free > kBudgetReserve ? free - kBudgetReserve : 1;
+}
+
 ImageBuffer::ImageBuffer() = default;
 ImageBuffer::~ImageBuffer() = default;
 

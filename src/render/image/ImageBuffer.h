@@ -40,6 +40,9 @@ class ImageBuffer {
     /// Part of a memory budget that a paged buffer leaves to others; a smaller budget is refused.
     static constexpr std::uint64_t kBudgetReserve = 0xfa000;
 
+    /// What the machine has free now, less the reserve; never 0.
+    static std::uint64_t freeBudget();
+
     /// No picture: kind kNone, 0 x 0.
     ImageBuffer();
 
