@@ -70,12 +70,8 @@ SceneMember* addByClass(SceneX& scene, std::string_view className, std::string_v
 }
 
 void giveEdge(ObjectXStyle& style) {
-    const int index = findEdge(kDefaultEdge);
-    if (index < 0) return;
-    auto& edge = style.scene().make<ProfileL>(kDefaultEdge);
-    edge.setLibIdx(index);
-    edge.load();
-    style.setPerim(kDefaultEdge);
+    if (const ProfileL* const edge = useLibraryEdge(style.scene(), findEdge(kDefaultEdge)))
+        style.setPerim(edge->name());
 }
 
 }  // namespace

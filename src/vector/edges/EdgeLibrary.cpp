@@ -52,9 +52,13 @@ std::unique_ptr<SceneX> buildEdgeLibrary(const EdgeLibraryTexts& texts) {
     return library;
 }
 
+EdgeLibraryTexts builtInEdgeTexts() {
+    return {kEdgeLibraryText, kSphereText, kLightIconText};
+}
+
 Result loadEdgeLibrary() {
     if (gEdgeLibrary != nullptr) return kFailure;
-    gEdgeLibrary = buildEdgeLibrary({kEdgeLibraryText, kSphereText, kLightIconText});
+    gEdgeLibrary = buildEdgeLibrary(builtInEdgeTexts());
     return gEdgeLibrary != nullptr ? kSuccess : kFailure;
 }
 

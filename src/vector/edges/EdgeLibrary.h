@@ -44,6 +44,9 @@ struct EdgeLibraryTexts {
     const char* const* lightIcon;
 };
 
+/// What is compiled in.
+EdgeLibraryTexts builtInEdgeTexts();
+
 /// A library of these texts, its edges turned and snapped (InputProfile2::orientEdgePath); null and
 /// a line on standard error where one holds anything that can't be read or isn't known.
 std::unique_ptr<SceneX> buildEdgeLibrary(const EdgeLibraryTexts& texts);

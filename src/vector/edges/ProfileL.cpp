@@ -1,6 +1,7 @@
 #include "vector/edges/ProfileL.h"
 
 #include "scene/SceneStream.h"
+#include "scene/SceneX.h"
 #include "vector/edges/EdgeLibrary.h"
 #include "vector/illustrator/ProfileI.h"
 
@@ -48,6 +49,17 @@ struct ProfileL::Commands : CommandRegistry {
 const CommandRegistry& ProfileL::commandRegistry() const {
     static const Commands commands;
     return commands;
+}
+
+ProfileL* useLibraryEdge(SceneX& scene, int index) {
+    const char* const name = edgeName(index);
+    if (name == nullptr) return nullptr;
+    auto* const present = scene.memberAs<ProfileL>(MemberKind::kProfile, name);
+    if (present != nullptr && present->libIdx() == index) return present;
+    auto& edge = scene.make<ProfileL>(scene.uniqueName(name));
+    edge.setLibIdx(index);
+    edge.load();
+    return &edge;
 }
 
 }  // namespace orvin
