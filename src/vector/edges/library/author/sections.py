@@ -49,8 +49,8 @@ for title, size in (("Small", 5), ("Medium", 11), ("Large", 22)):
 section("Bevel, Power", Pen().to(8, -9, 13, -9, 36, 18).mirror())
 section("Bevel, Power Grooves",
         Pen().to(8, -9, 13, -9).grooves(36, 18, 3, 4.5, 4.5).mirror())
-section("Bevel, Flat", bevel(30, 11))
-section("Bevel, Flatter", bevel(36, 4.5))
+section("Bevel, Flat", bevel(30, 12))
+section("Bevel, Flatter", bevel(34, 4))
 section("Bevel with In-Point", Pen().to(18, 18, 18, 30, 3, 50).mirror())
 section("Bevel with Point", Pen().to(11, 11, 11, 30, 30, 50).mirror())
 section("Bevel with Scoop", Pen().to(18, 14, 18, 22).crown(-15).mirror())
@@ -59,7 +59,7 @@ section("Bevel with Scoop", Pen().to(18, 14, 18, 22).crown(-15).mirror())
 # ---- Bowls and bulbs
 
 section("Bowl, Crescent",
-        Pen().bow(52, 0, -22, 2).bezier(60, 44, 40, 100, 0, 100))
+        Pen().bow(44, 0, -20, 2).bezier(53, 44, 34, 100, 0, 100))
 section("Bowl, L",
         Pen().to(0, 74, 20, 74).quarter(36, 58, "x").to(36, 3, 39, 0, 45, 0, 48, 3, 48, 92, 40, 100,
                                                         0, 100))
@@ -68,14 +68,14 @@ section("Bowl, T",
 
 section("Bulb, Holiday",
         Pen().to(0, 37, 3, 37, 3, 40, 6, 40, 6, 37, 9, 37, 9, 40, 13, 40)
-        .bezier(15, 30, 22, 22, 33, 23).bezier(46, 24.5, 55, 44, 66, 50).mirror())
+        .bezier(15, 31, 20, 26, 28, 27).bezier(38, 28.5, 44, 45, 53, 50).mirror())
 
 
 def light_bulb():
-    centre, radius = 43.0, 23.0
-    pen = Pen().to(0, 43, 2, 43, 3, 39.5)
+    centre, radius = 33.0, 19.0
+    pen = Pen().to(0, 43.5, 1.5, 43.5, 2.5, 40.5)
     for _ in range(4):
-        pen.by(1.5, -2, 1.5, 2)
+        pen.by(1.2, -2, 1.2, 2)
     pen.by(1, 0)
     shoulder = math.radians(-128)
     sx, sy = centre + radius * math.cos(shoulder), 50 + radius * math.sin(shoulder)
@@ -122,12 +122,12 @@ def corrugated(periods):
     step = 50.0 / periods
     for i in range(2 * periods):
         x, y = pen.at
-        far = 0.0 if i % 2 else 13.0
+        far = 0.0 if i % 2 else 9.0
         pen.bezier(x, y + 0.45 * step, far, y + 0.55 * step, far, y + step)
     return pen
 
 
-section("Corrugated", corrugated(7))
+section("Corrugated", corrugated(6))
 section("Deco 1",
         Pen().quarter(16, 16, "x").to(22, 16, 22, 26, 29, 26, 29, 38, 37, 38).mirror())
 section("Deco 2",
@@ -147,9 +147,9 @@ def fins(thickness, lengths):
 
 
 for title, thickness, count in (("Thin", 4, 10), ("Medium", 10, 5), ("Large", 20, 3)):
-    section(f"Fins, {title}", fins(thickness, [24] * count))
+    section(f"Fins, {title}", fins(thickness, [30] * count))
     section(f"Fins, {title} Stepped",
-            fins(thickness, [10 + 26 * i / (count - 1) for i in range(count)]))
+            fins(thickness, [10 + 28 * i / (count - 1) for i in range(count)]))
 
 section("Flare, Curved", Pen().bezier(0, 54, 10, 86, 42, 92).to(42, 100, 0, 100))
 section("Flare, Straight", Pen().to(0, 44, 42, 92, 42, 100, 0, 100))
@@ -159,7 +159,7 @@ section("Flare, Straight", Pen().to(0, 44, 42, 92, 42, 100, 0, 100))
 
 section("Grooves, Beveled", Pen().to(16, 0).grooves(16, 100, 2, 8, 12, mouth=9).to(0, 100))
 section("Grooves, Small", Pen().to(16, 0).grooves(16, 100, 2, 8, 8).to(0, 100))
-section("Grooves, Large", Pen().to(16, 0).grooves(16, 100, 2, 20, 13).to(0, 100))
+section("Grooves, Large", Pen().to(16, 0).grooves(16, 100, 2, 16, 12).to(0, 100))
 section("Grooves, 3 Inlaid",
         Pen().to(18, 0, 18, 13, 11, 13).grooves(11, 87, 3, 9, 8).to(18, 87, 18, 100, 0, 100))
 
@@ -168,11 +168,14 @@ section("Grooves, 3 Inlaid",
 
 section("Halo",
         Pen().bezier(0, 20, 14, 20, 14, -4).bow(23, -4, 4.5).mirror())
+# A whole heart leans on the outline, its lobes proud of the face; clipped, it has lost the tip and
+# the outer flank.
 section("Heart",
-        Pen().bezier(3, -9, 12, -13, 22, -12).bezier(38, -10.5, 48, 6, 42, 26)
-        .bezier(36, 48, 14, 72, 0, 100))
+        Pen().bezier(0, -14, 22, -18, 25, 3).bezier(28, -18, 50, -14, 50, 4)
+        .bezier(50, 26, 33, 42, 25, 66).bezier(18, 46, 8, 38, 0, 26).to(0, 100))
 section("Heart, Clipped",
-        Pen().bezier(3, -9, 12, -13, 22, -12).bezier(29, -11.3, 34, -8, 38, -3).to(38, 34, 16, 82, 16, 100, 0, 100))
+        Pen().bezier(0, -14, 22, -18, 25, 3).bezier(26.5, -7, 31, -11.5, 36, -11.5)
+        .bezier(38, -11.5, 39.5, -11, 41, -10).to(41, 32, 34, 46, 16, 46, 0, 25, 0, 100))
 section("Outline", Pen().to(0, -7, 10, -7).mirror())
 section("Outline, Box", Pen().to(0, -8, 20, -8, 20, 14, 6, 14).mirror())
 section("Outline, Pressed Box",
@@ -195,19 +198,20 @@ def pipe(radius, neck, stem):
 
 
 section("Pipe, Full",
-        Pen().bezier(0, 9, 4, 15, 9, 12).arc(26, 50, math.hypot(17, 38),
-                                             math.degrees(math.atan2(-38, -17)), 0, 2).mirror())
+        Pen().bezier(0, 8, 2, 15, 5, 14).arc(17, 50, math.hypot(12, 36),
+                                             math.degrees(math.atan2(-36, -12)), 0, 2).mirror())
 section("Piping, Small", pipe(11, 10, 4))
-section("Piping, Large", pipe(23, 20, 4))
+section("Piping, Large", pipe(21, 16, 4))
 
 
-def pleats(count, depth):
-    step = 50.0 / count
-    return Pen().by(*(depth, step, -depth, step) * count)
+def pleats(count):
+    """Knife pleats, flat enough at the back that the folds show from the front."""
+    pitch = 100.0 / count
+    return Pen().by(*(0.34 * pitch, 0.25 * pitch, -0.34 * pitch, 0.75 * pitch) * count)
 
 
-for count, depth in ((2, 24), (3, 20), (4, 17), (10, 9)):
-    section(f"Pleats, {count}", pleats(count, depth))
+for count in (2, 3, 4, 10):
+    section(f"Pleats, {count}", pleats(count))
 
 section("Point, Small", Pen().to(0, 38, 12, 50).mirror())
 section("Point, Medium", Pen().to(0, 26, 24, 50).mirror())
@@ -238,8 +242,7 @@ section("Round, Double", Pen().bow(0, 50, 22, 2).mirror())
 section("Round, Half", Pen().to(0, 11, 6, 11).quarter(36, 50, "x").mirror())
 section("Round, Mushroom Cap",
         Pen().bezier(1, -9, 12, -11, 20, -10).bezier(34, -8, 44, 6, 42, 22)
-        .bezier(41, 28, 33, 27, 30, 23).bezier(24, 15, 10, 22, 9, 36).bezier(9, 66, 10, 84, 16, 100)
-        .to(0, 100))
+        .bezier(41, 28, 33, 27, 30, 23).bezier(24, 15, 10, 22, 9, 36).bezier(9, 66, 7, 86, 0, 100))
 section("Round, Quarter", Pen().quarter(36, 44, "x").to(42, 44, 42, 100, 0, 100))
 
 
@@ -248,7 +251,7 @@ section("Round, Quarter", Pen().quarter(36, 44, "x").to(42, 44, 42, 100, 0, 100)
 section("Scallops, 2 Point", Pen().bow(24, 27, -6).bow(24, 73, -14).bow(0, 100, -6))
 section("Scallops, 3 Point",
         Pen().bow(22, 18, -4).bow(22, 50, -11).bow(22, 82, -11).bow(0, 100, -4))
-section("Scoop, Full", Pen().to(34, 0, 34, 5).bow(34, 95, -30, 2).to(34, 100, 0, 100))
+section("Scoop, Full", Pen().to(30, 0, 30, 5).bow(30, 95, -27, 2).to(30, 100, 0, 100))
 section("Scoop, Half", Pen().quarter(36, 44, "y").to(42, 44, 42, 100, 0, 100))
 
 
@@ -302,8 +305,8 @@ def star(points, outer, inner):
     return pen.to(0, 100)
 
 
-section("Star, Overhang", Pen().to(10, -12, 17, 3, 36, -4, 32, 16, 50, 24, 38, 37, 54, 50).mirror())
-section("Star, Overhanging", star([-66, 0, 66], 62, 26))
+section("Star, Overhang", Pen().to(9, -12, 16, 3, 33, -5, 29, 15, 45, 23, 34, 37, 49, 50).mirror())
+section("Star, Overhanging", Pen().to(23, -9, 17, 20, 47, 29, 25, 50).mirror())
 section("Star, Shallow", star([-90, -54, -18, 18, 54, 90], 50, 38))
 section("Star, Sharp", star([-90, -45, 0, 45, 90], 50, 20))
 
@@ -313,16 +316,20 @@ section("Steps",
 
 
 def thrashed(points):
-    dice = random.Random(7)
+    """Dents of all sizes: a coarse walk with fine scratches on it."""
+    dice = random.Random(11)
     pen = Pen()
     step = 100.0 / (points + 1)
+    dent = 6.0
     for i in range(points):
+        if i % 5 == 0:
+            dent = dice.uniform(3, 13)
         y = step * (i + 1 + dice.uniform(-0.42, 0.42))
-        pen.to(1 + 13 * dice.random() ** 1.3, y)
+        pen.to(dent + dice.uniform(-2.4, 2.4), y)
     return pen.to(0, 100)
 
 
-section("Thrashed", thrashed(74))
+section("Thrashed", thrashed(79))
 
 
 def threads(count, depth):
@@ -330,11 +337,11 @@ def threads(count, depth):
     pen = Pen().to(3, 3)
     pitch = 94.0 / count
     for _ in range(count):
-        pen.by(depth, 0.42 * pitch, 0, 0.08 * pitch, -depth, 0.42 * pitch, 0, 0.08 * pitch)
+        pen.by(depth, 0.28 * pitch, 0, 0.24 * pitch, -depth, 0.28 * pitch, 0, 0.2 * pitch)
     return pen.to(0, 100)
 
 
-section("Threads", threads(12, 9))
+section("Threads", threads(10, 6))
 
 
 # ---- Tiers, tongues, curves
