@@ -91,7 +91,7 @@ section("Bulb, Light", light_bulb())
 
 section("Chiseled", Pen().to(42, 60, 42, 100, 0, 100))
 section("Chiseled, Beveled", Pen().to(30, 42, 30, 58, 44, 72, 44, 88, 32, 100, 0, 100))
-section("Chiseled, Double", Pen().to(24, 30, 18, 42, 44, 78, 44, 100, 0, 100))
+section("Chiseled, Double", Pen().to(26, 32, 15, 43, 44, 80, 44, 100, 0, 100))
 for title, lip in (("Small", 5), ("Medium", 11), ("Large", 20)):
     section(f"Chiseled, {title} Lip",
             Pen().to(28, 56, 28, 68, 28 + lip, 68, 28 + lip, 100, 0, 100))
@@ -174,8 +174,8 @@ section("Heart",
         Pen().bezier(0, -14, 22, -18, 25, 3).bezier(28, -18, 50, -14, 50, 4)
         .bezier(50, 26, 33, 42, 25, 66).bezier(18, 46, 8, 38, 0, 26).to(0, 100))
 section("Heart, Clipped",
-        Pen().bezier(0, -14, 22, -18, 25, 3).bezier(26.5, -7, 31, -11.5, 36, -11.5)
-        .bezier(38, -11.5, 39.5, -11, 41, -10).to(41, 32, 34, 46, 16, 46, 0, 25, 0, 100))
+        Pen().bezier(0, -14, 22, -18, 25, 3).bezier(26, -7, 30, -12, 36, -12)
+        .bezier(39, -12, 42, -10.5, 44, -8).to(44, 21, 33, 46, 17, 46, 0, 25, 0, 100))
 section("Outline", Pen().to(0, -7, 10, -7).mirror())
 section("Outline, Box", Pen().to(0, -8, 20, -8, 20, 14, 6, 14).mirror())
 section("Outline, Pressed Box",
