@@ -12,7 +12,9 @@ import math
 import pathlib
 import sys
 
-from sections import SECTIONS
+sys.dont_write_bytecode = True
+
+from sections import SECTIONS  # noqa: E402
 
 FILES = (("01-basic-bead", 5), ("02-bevel", 13), ("03-bowl-bulb", 5), ("04-chiseled", 8),
          ("05-circle-to-deco", 9), ("06-fins-flare", 8), ("07-grooves-to-heart", 7),
@@ -125,7 +127,7 @@ def complaints():
 
 
 def svg():
-    """Each section as a grey solid of a stroke 40 wide, cut across."""
+    """Each section as the cut through a stroke."""
     columns, cell_x, cell_y, stroke = 9, 210, 190, 30
     rows = -(-len(SECTIONS) // columns)
     out = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{columns * cell_x}" '
