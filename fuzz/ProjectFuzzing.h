@@ -33,15 +33,16 @@ inline void prepareForProjects() {
     require(ready);
 }
 
-/// Texture vertices turn by a quarter each time they are read: they can't be compared.
-inline std::string withoutTexture(std::string_view text) {
+/// Texture vertices turn by a quarter each time they are read, and a text's font height comes back
+/// as something else: they can't be compared.
+inline std::string comparable(std::string_view text) {
     std::string result;
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size() - 1) + 1;
         const std::string_view line = text.substr(0, end);
         const std::size_t start = line.find_first_not_of(' ');
-        if (start == std::string_view::npos || !line.substr(start).starts_with("vt "))
-            result += line;
+        const std::string_view rest = line.substr(std::min(start, line.size()));
+        if (!rest.starts_with("vt ") && !rest.starts_with("fontParms ")) result += line;
         text.remove_prefix(end);
     }
     return result;

@@ -2,6 +2,7 @@
 
 #include "scene/MemberClasses.h"
 #include "vector/ProfileM.h"
+#include "vector/ProfileT.h"
 #include "vector/edges/ProfileL.h"
 #include "vector/illustrator/ProfileI.h"
 
@@ -11,6 +12,7 @@ void registerVectorClasses() {
     registerMemberClass<ProfileI>("ProfileI", "profile");
     registerMemberClass<ProfileL>("ProfileL", "profile");
     registerMemberClass<ProfileM>("ProfileM", "profile");
+    registerMemberClass<ProfileT>("ProfileT", "profile");
 }
 
 }  // namespace orvin
