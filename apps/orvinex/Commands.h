@@ -11,6 +11,7 @@
 namespace orvin::orvinex {
 
 int renderCommand(const apps::ParsedOptions& options);
+int outlineCommand(const apps::ParsedOptions& options);
 int importCommand(const apps::ParsedOptions& options);
 int exportCommand(const apps::ParsedOptions& options);
 int resaveCommand(const apps::ParsedOptions& options);

@@ -3,8 +3,8 @@
 
 #include "interchange/ModelFormats.h"
 #include "orvinex/Commands.h"
+#include "orvinex/Framing.h"
 #include "orvinex/ShownProgress.h"
-#include "render/CameraX.h"
 #include "scene/FrameClock.h"
 
 namespace orvin::orvinex {
@@ -12,27 +12,6 @@ namespace orvin::orvinex {
 namespace {
 
 constexpr int kMaxFrames = 1 << 20;
-
-// Pictures up to this wide for their height hold a framed scene.
-constexpr double kWidestPicture = 16.0 / 9.0;
-
-/// Stands the scene's camera so that all objects are in its picture.
-void frameObjects(SceneX& scene) {
-    auto* const camera = scene.memberAs<CameraX>(MemberKind::kCamera, kDefaultCamera);
-    Box3 box;
-    for (SceneMember* const member : scene.members(MemberKind::kObject))
-        if (auto* const object = dynamic_cast<MeshObject*>(member))
-            box.merge(object->worldBounds());
-    if (camera == nullptr || box.empty()) return;
-    const double radius = std::max(0.5 * length(box.size()), 1e-6);
-    const double halfAngle =
-        std::atan(std::tan(radians(camera->fieldOfView()) / 2.0) / kWidestPicture);
-    const double distance = radius / std::sin(halfAngle);
-    camera->setTarget(box.center());
-    camera->setDistance(distance);
-    camera->setClip(std::min(camera->nearClip(), distance / 1000.0),
-                    std::max(camera->farClip(), 4.0 * distance));
-}
 
 std::vector<MeshObject*> chosenObjects(SceneX& scene, const std::vector<std::string>& names) {
     if (names.empty()) return objectsToExport(scene, false);

@@ -3,6 +3,8 @@
 #include <new>
 
 #include "orvinex/Commands.h"
+#include "orvinex/Framing.h"
+#include "orvinex/StyleOptions.h"
 #include "toolkit/Errors.h"
 
 namespace orvin::orvinex {
@@ -22,6 +24,24 @@ const std::vector<Command>& commands() {
     static const apps::OptionSpec kOut{"-o", "FILE", "where the result goes"};
     static const apps::OptionSpec kQuiet{"--quiet", "", "no progress bar"};
     static const std::vector<Command> all = {
+        {{"outline",
+          "FILE.ai -o OUT.twp",
+          1,
+          1,
+          "makes a project of Illustrator art (versions 3 to 8): each object of it stands out",
+          withStyleOptions({kOut,
+                            {"--by-layers", "", "one object for each visible layer"},
+                            {"--layer", "NAME", "one object, of this layer alone"},
+                            {"--single", "", "one object of everything"},
+                            {"--cycle", "OPTION",
+                             "one object that shows the layers in turn: play-once, loop, "
+                             "ping-pong, ..."},
+                            {"--flatten-groups", "", "what is in a group are objects of their own"},
+                            turnOption(),
+                            kQuiet}),
+          {"orvinex outline logo.ai -o logo.twp",
+           "orvinex outline logo.ai -o logo.twp --by-layers --edge \"Round, Half\" --depth 40"}},
+         outlineCommand},
         {{"import",
           "MODEL -o OUT.twp",
           1,
@@ -158,7 +178,7 @@ int run(const std::vector<std::string>& arguments) {
     for (const Command& command : commands())
         if (command.spec.name == arguments[0])
             return runCommand(command, {arguments.begin() + 1, arguments.end()});
-    for (const char* later : {"text", "outline"})
+    for (const char* later : {"text"})
         if (arguments[0] == later) return fail("'" + arguments[0] + "' isn't there yet");
     std::fprintf(stderr, "%s: no command is named '%s'\n%s", kProgram, arguments[0].c_str(),
                  help.c_str());

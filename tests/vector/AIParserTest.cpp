@@ -314,8 +314,9 @@ TEST(AIParser, NamesKeepClearOfTheScene) {
     EXPECT_EQ(told(parser), "Object 10:F L5o; Object 11:F L5o;");
     EXPECT_EQ(parser.objectList()[0].profile->name(), "Input 5");
     EXPECT_EQ(parser.objectList()[1].profile->name(), "Input 6");
-    ASSERT_TRUE(parser.parseText(std::string(kHead) + layer("A", filled()), byLayers()));
-    EXPECT_EQ(told(parser), "A1:F L5o;");
+    ASSERT_TRUE(parser.parseText(std::string(kHead) + layer("A", filled()) + layer("Input 8", ""),
+                                 byLayers()));
+    EXPECT_EQ(told(parser), "A1:F L5o; Input 81:R;") << "a profile of this parse has the name";
 }
 
 TEST(AIParser, LinesOfAllKinds) {
@@ -369,6 +370,49 @@ TEST(AIParser, WhatIsNoArt) {
     parser.setFileSpec(folder.path() / "missing.ai");
     EXPECT_FALSE(parser.parse({}));
     EXPECT_EQ(parser.parserError(), AIParserError::kNotOpened);
+}
+
+/// What the shape of an object encloses: holes, which turn the other way, taken off.
+double area(const AIObjectRecord& record) {
+    std::uint32_t stamp = 0;
+    const Mesh2* const shape = record.profile->shape(0.01, 20.0, stamp);
+    double sum = 0.0;
+    for (int f = 0; shape != nullptr && f < shape->faceCount(); ++f) {
+        const auto loop = shape->face(f).vertices;
+        for (std::size_t i = 0; i < loop.size(); ++i)
+            sum += cross(shape->vertex(loop[i]), shape->vertex(loop[(i + 1) % loop.size()])) / 2.0;
+    }
+    return std::abs(sum);
+}
+
+TEST(AIParser, FilesOfOtherPrograms) {
+    const struct {
+        const char* file;
+        const char* objects;
+        std::vector<double> areas;  // on paper, from the drawing's radii and sides
+    } cases[] = {
+        // A ring of 80 and 50, a triangle of 60 by 60, a line of one curve.
+        {"ring-ps2ai.ai",
+         "Object 1:F B4+B4+B4+B4o L2+B4+B4+B4+B4+L2o; Object 2:F L4o; Object 3:R B4;",
+         {kPi * (80.0 * 80.0 - 50.0 * 50.0), 1800.0}},
+        // In points: a circle of 36, an ellipse of 54 by 21.6, a box of 57.6 by 36 with corners of
+        // 7.2, a wave, a quarter of a circle of 72 and its chord, a triangle of 72 by 64.8.
+        {"shapes-libplot.ai",
+         "Object 1:F B4+B4+B4+B4o; Object 2:F B4+B4+B4+B4o; "
+         "Object 3:F B4+L2+B4+L2+B4+L2+B4+L2o; Object 4:R B4+B4; Object 5:R B4; Object 6:R L4o;",
+         {kPi * 36.0 * 36.0, kPi * 54.0 * 21.6, 57.6 * 36.0 - (4.0 - kPi) * 7.2 * 7.2, 0.0,
+          72.0 * 72.0 * (kPi / 4.0 - 0.5), 72.0 * 64.8 / 2.0}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.file);
+        SceneX scene;
+        AIParser parser(scene);
+        parser.setFileSpec(std::string(ORVIN_SOURCE_DIR "/tests/vector/art/") + c.file);
+        ASSERT_TRUE(parser.parse({}));
+        EXPECT_EQ(told(parser), c.objects);
+        for (std::size_t i = 0; i < c.areas.size() && i < parser.objectList().size(); ++i)
+            EXPECT_NEAR(area(parser.objectList()[i]), c.areas[i], c.areas[i] * 1e-3 + 0.5) << i;
+    }
 }
 
 TEST(AIParser, LongFilesFromTheDisk) {

@@ -139,7 +139,7 @@ void AIParser::newProfile() {
                       (options_.loadByLayers && layerKeepsFill_) ||
                       (options_.singleProfile && fileKeepsFill_));
     if (trace_) trace_("New profile", {});
-    const std::string name = scene_.uniqueName("Input " + std::to_string(next_.input++));
+    const std::string name = names_.unique("Input " + std::to_string(next_.input++));
     ProfileI& profile = scene_.make<ProfileI>(name);
     profile.setFileSpec(platform::textFromPath(file_));
     if (options_.loadByLayers && storeLayerName_) profile.setLayerName(layerName_);

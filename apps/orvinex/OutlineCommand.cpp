@@ -1,0 +1,110 @@
+// outline: a project of Illustrator art.
+#include <algorithm>
+#include <cctype>
+
+#include "orvinex/Commands.h"
+#include "orvinex/Framing.h"
+#include "orvinex/ShownProgress.h"
+#include "orvinex/StyleOptions.h"
+#include "setup/ArtObjects.h"
+#include "toolkit/platform/Platform.h"
+
+namespace orvin::orvinex {
+
+namespace {
+
+constexpr const char* kNothingUsable = "There were no usable vector paths in this file.";
+
+CycleOption cycleNamed(const std::string& name) {
+    std::string word = name;
+    for (char& c : word)
+        c = c == '-' ? '_' : static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    CycleOption option{};
+    if (cycleOptionOf(word, option)) return option;
+    throw apps::UsageError(
+        "--cycle takes play-once, play-then-hold, loop, ping-pong, randomize, reverse-play-once, "
+        "reverse-play-then-hold or reverse-loop");
+}
+
+AIOptions readOptions(const apps::ParsedOptions& options) {
+    const int ways = options.has("--by-layers") + options.has("--layer") + options.has("--single") +
+                     options.has("--cycle");
+    if (ways > 1)
+        throw apps::UsageError("only one of --by-layers, --layer, --single and --cycle goes");
+    AIOptions wanted;
+    wanted.loadByLayers = options.has("--by-layers") || options.has("--cycle");
+    if (options.has("--layer")) wanted.layerName = options.value("--layer");
+    wanted.singleProfile = options.has("--single");
+    wanted.flattenGroups = options.has("--flatten-groups");
+    return wanted;
+}
+
+/// "'Face', 'Rim'".
+std::string visibleLayers(const std::filesystem::path& file) {
+    SceneX scratch;
+    AIParser parser(scratch);
+    parser.setFileSpec(file);
+    AIOptions byLayers;
+    byLayers.loadByLayers = true;
+    std::string names;
+    if (!parser.parse(byLayers)) return names;
+    for (const AIObjectRecord& record : parser.objectList())
+        if (const std::string& layer = record.profile->layerName(); !layer.empty())
+            names += (names.empty() ? "'" : ", '") + layer + "'";
+    return names;
+}
+
+void readArt(AIParser& parser, const std::filesystem::path& file, const AIOptions& wanted) {
+    const std::string shown = "'" + platform::textFromPath(file) + "'";
+    parser.setFileSpec(file);
+    parser.parse(wanted);
+    if (parser.parserError() == AIParserError::kNotOpened)
+        throw apps::Failure("can't open " + shown);
+    if (parser.parserError() == AIParserError::kNotIllustrator)
+        throw apps::Failure(shown +
+                            " is no Illustrator file of version 3 to 8 (later versions "
+                            "save as these)");
+    if (!wanted.layerName || !parser.objectList().empty()) return;
+    const std::string layers = visibleLayers(file);
+    throw apps::Failure("no visible layer of " + shown + " is named '" + *wanted.layerName + "'" +
+                        (layers.empty() ? "" : "; there are " + layers));
+}
+
+}  // namespace
+
+int outlineCommand(const apps::ParsedOptions& options) {
+    const std::string output = outputOption(options);
+    const AIOptions wanted = readOptions(options);
+    const std::filesystem::path file = platform::pathFromText(options.positional()[0]);
+    Project project;
+    SceneX& scene = project.mainScene();
+    const auto* const usual = scene.memberAs<ObjectXStyle>(MemberKind::kStyle, kDefaultStyle);
+    if (usual == nullptr) throw apps::Failure("the default scene has no style");
+    {
+        // Objects copy it; it goes before the project is saved.
+        ObjectXStyle style(scene, *usual, scene.uniqueName("outline style"));
+        applyStyleOptions(options, style);
+        const ArtColors colors = colorIsGiven(options) ? ArtColors::kOfStyle : ArtColors::kOfArt;
+        const ShownProgress progress("reading", options.has("--quiet"));
+        AIParser parser(scene);
+        readArt(parser, file, wanted);
+        const std::string title = platform::textFromPath(file.stem());
+        bool any = false;
+        if (options.has("--cycle")) {
+            const CycleOption cycle = cycleNamed(options.value("--cycle"));
+            any = makeCycleObject(parser, style, colors, title, cycle) != nullptr;
+        } else {
+            if (wanted.singleProfile)
+                for (AIObjectRecord& record : parser.objectList())
+                    record.name = title;
+            any = !makeArtObjects(parser, style, colors).empty();
+        }
+        if (!any) throw apps::Failure(kNothingUsable);
+    }
+    turnCamera(scene, options);
+    frameObjects(scene);
+    saveProject(project, output);
+    return apps::kExitDone;
+}
+
+}  // namespace orvin::orvinex

@@ -1,0 +1,117 @@
+#include "orvinex/StyleOptions.h"
+
+#include <string>
+#include <utility>
+
+#include "render/MaterialX.h"
+#include "scene/SceneX.h"
+#include "vector/edges/EdgeLibrary.h"
+#include "vector/edges/ProfileL.h"
+
+namespace orvin::orvinex {
+
+namespace {
+
+constexpr double kLargest = 1e6;  // scene units
+
+std::vector<std::string> splitAtCommas(const std::string& text) {
+    std::vector<std::string> parts(1);
+    for (const char c : text)
+        if (c == ',')
+            parts.emplace_back();
+        else
+            parts.back() += c;
+    return parts;
+}
+
+std::string edgeMember(SceneX& scene, const std::string& name) {
+    const ProfileL* const edge = useLibraryEdge(scene, findEdge(name));
+    if (edge == nullptr)
+        throw apps::Failure("no edge is named '" + name + "'; 'orvinex edges' lists them");
+    return edge->name();
+}
+
+unsigned partNamed(const std::string& name) {
+    static constexpr std::pair<std::string_view, unsigned> kParts[] = {
+        {"front", ObjectXStyle::kFront},
+        {"back", ObjectXStyle::kBack},
+        {"perim", ObjectXStyle::kPerimEdge},
+        {"hole", ObjectXStyle::kHoleEdge},
+    };
+    for (const auto& [known, part] : kParts)
+        if (name == known) return part;
+    throw apps::UsageError("--parts takes front, back, perim and hole, with commas between, not '" +
+                           name + "'");
+}
+
+void applyParts(const std::string& text, ObjectXStyle& style) {
+    unsigned wanted = 0;
+    for (const std::string& name : splitAtCommas(text))
+        wanted |= partNamed(name);
+    style.setPart(false, ObjectXStyle::kAllParts & ~wanted);
+    style.setPart(true, wanted);
+}
+
+void applyMitre(const std::string& text, ObjectXStyle& style) {
+    if (text != "fast" && text != "complex")
+        throw apps::UsageError("--mitre takes fast or complex");
+    style.setMitreMethod(text == "fast" ? ObjectXStyle::Mitre::kFast
+                                        : ObjectXStyle::Mitre::kComplex);
+}
+
+void applyColor(const std::string& text, ObjectXStyle& style) {
+    const std::vector<std::string> parts = splitAtCommas(text);
+    if (parts.size() != 3) throw apps::UsageError("--color takes R,G,B, each from 0 to 1");
+    Rgba color{0.0F, 0.0F, 0.0F, 1.0F};
+    for (std::size_t i = 0; i < parts.size(); ++i)
+        color[i] = static_cast<float>(apps::realOption(parts[i], "--color", 0.0, 1.0));
+    auto& material = style.scene().make<MaterialX>(style.scene().uniqueName("Color"));
+    material.setDiffuse(color);
+    style.setMaterial(0, material.name());
+}
+
+}  // namespace
+
+const std::vector<apps::OptionSpec>& styleOptions() {
+    static const std::vector<apps::OptionSpec> options = {
+        {"--edge", "NAME", "edge of the library, by either name (Bevel, Medium)"},
+        {"--hole-edge", "NAME", "another edge around holes"},
+        {"--depth", "D", "from front to back, in units of the outline (30)"},
+        {"--edge-scale", "S", "how far edges stand out, as a factor (1)"},
+        {"--offset", "D", "moves the outline out by that distance, or in (0)"},
+        {"--spike", "ANGLE", "cuts corners that are sharper, in degrees (0: none)"},
+        {"--mitre", "fast|complex", "how edges meet at corners (fast)"},
+        {"--parts", "LIST", "of front, back, perim and hole, with commas between (all)"},
+        {"--color", "R,G,B", "one material for all, each from 0 to 1"},
+    };
+    return options;
+}
+
+std::vector<apps::OptionSpec> withStyleOptions(std::vector<apps::OptionSpec> own) {
+    own.insert(own.end(), styleOptions().begin(), styleOptions().end());
+    return own;
+}
+
+bool colorIsGiven(const apps::ParsedOptions& options) {
+    return options.has("--color");
+}
+
+void applyStyleOptions(const apps::ParsedOptions& options, ObjectXStyle& style) {
+    const auto real = [&](const char* name, double min, double max, auto set) {
+        if (options.has(name)) (style.*set)(apps::realOption(options.value(name), name, min, max));
+    };
+    if (options.has("--parts")) applyParts(options.value("--parts"), style);
+    if (options.has("--mitre")) applyMitre(options.value("--mitre"), style);
+    real("--depth", 0.0, kLargest, &ObjectXStyle::setDepth);
+    real("--edge-scale", -1000.0, 1000.0, &ObjectXStyle::setPerimXScale);
+    real("--offset", -kLargest, kLargest, &ObjectXStyle::setFrontFaceOffset);
+    real("--spike", 0.0, 180.0, &ObjectXStyle::setSpikeAngle);
+    if (options.has("--edge")) style.setPerim(edgeMember(style.scene(), options.value("--edge")));
+    if (options.has("--hole-edge")) {
+        style.setTrackProfile(false);
+        style.setHole(edgeMember(style.scene(), options.value("--hole-edge")));
+    }
+    if (options.has("--color")) applyColor(options.value("--color"), style);
+}
+
+}  // namespace orvin::orvinex
