@@ -37,24 +37,27 @@ constexpr double kFlatness = 0.02;
 constexpr double kHardAngle = 20.0;
 
 // The letter: scene units and degrees.
-constexpr double kDepth = 26.0;
+constexpr double kDepth = 23.0;
 constexpr double kFieldOfView = 24.0;
 constexpr double kTurn = -34.0;
 constexpr double kTilt = -22.0;
 constexpr double kRadius = 66.0;  // of the sphere that fills the picture; larger letters stand back
 constexpr int kSubpixels = 4;
+constexpr int kShadowTexels = 1024;
+constexpr int kShadowSoftness = 3;
 
 struct LightSettings {
     Rgba color;
     double intensity;
     double direction, elevation;  // degrees about y and x
+    bool castsShadow;
 };
 // The key light grazes the sides that the camera sees, so that a section shows as light and shade;
 // the second keeps what looks away from it apart from what lies in the dark.
 constexpr LightSettings kLights[] = {
-    {{1.0F, 1.0F, 1.0F, 0.0F}, 1.05, -18.0, -38.0},
-    {{0.75F, 0.85F, 1.0F, 0.0F}, 0.4, -125.0, -12.0},
-    {{1.0F, 0.9F, 0.8F, 0.0F}, 0.18, 40.0, 35.0},
+    {{1.0F, 1.0F, 1.0F, 0.0F}, 1.05, -18.0, -38.0, true},
+    {{0.75F, 0.85F, 1.0F, 0.0F}, 0.4, -125.0, -12.0, false},
+    {{1.0F, 0.9F, 0.8F, 0.0F}, 0.18, 40.0, 35.0, false},
 };
 
 Curve2 line(std::initializer_list<Vec2> points) {
@@ -75,17 +78,17 @@ void drawLetter(InputProfile2& outline) {
     addPath(outline, {line({{58.0, 100.0},
                             {8.0, 100.0},
                             {8.0, 0.0},
-                            {30.0, 0.0},
-                            {30.0, 36.0},
-                            {44.0, 36.0},
-                            {66.0, 0.0},
-                            {94.0, 0.0},
-                            {67.0, 41.0}}),
-                      bezier({67.0, 41.0}, {80.0, 45.0}, {88.0, 55.0}, {88.0, 69.0}),
-                      bezier({88.0, 69.0}, {88.0, 89.0}, {78.0, 100.0}, {58.0, 100.0})});
-    addPath(outline, {line({{54.0, 55.0}, {30.0, 55.0}, {30.0, 82.0}, {54.0, 82.0}}),
-                      bezier({54.0, 82.0}, {62.0, 82.0}, {67.0, 77.0}, {67.0, 68.5}),
-                      bezier({67.0, 68.5}, {67.0, 60.0}, {62.0, 55.0}, {54.0, 55.0})});
+                            {27.0, 0.0},
+                            {27.0, 36.0},
+                            {45.0, 36.0},
+                            {69.0, 0.0},
+                            {93.0, 0.0},
+                            {67.0, 40.0}}),
+                      bezier({67.0, 40.0}, {80.0, 44.0}, {88.0, 54.0}, {88.0, 68.0}),
+                      bezier({88.0, 68.0}, {88.0, 88.0}, {78.0, 100.0}, {58.0, 100.0})});
+    addPath(outline, {line({{54.0, 52.0}, {27.0, 52.0}, {27.0, 84.0}, {54.0, 84.0}}),
+                      bezier({54.0, 84.0}, {64.0, 84.0}, {70.0, 78.0}, {70.0, 68.0}),
+                      bezier({70.0, 68.0}, {70.0, 58.0}, {64.0, 52.0}, {54.0, 52.0})});
 }
 
 /// A scene of its own with the letter in it.
@@ -121,7 +124,8 @@ class LetterScene {
             throw apps::Failure("no solid comes of edge '" + edge.name() + "'");
         placeCamera();
         RenderParams params;
-        params.flags = 0;
+        params.flags = RenderParams::kShadows;
+        params.shadowQuality = kShadowTexels;
         params.width = side;
         params.height = side;
         params.antiAliasSize = kSubpixels;
@@ -136,6 +140,8 @@ class LetterScene {
         light.setType(LightType::kDirectional);
         light.setColor(settings.color);
         light.setIntensity(settings.intensity);
+        light.setCastsShadow(settings.castsShadow);
+        light.setSoftness(kShadowSoftness);
         light.transform().setRotate({settings.elevation, settings.direction, 0.0});
     }
 
