@@ -1,11 +1,14 @@
-// edges: what the library has, as a list or as a sheet of pictures.
+// edges: what the library, or a folder of custom edges, has: as a list or as a sheet of pictures.
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 
 #include "common/ProgressBar.h"
 #include "orvinex/Commands.h"
 #include "orvinex/EdgeSheet.h"
 #include "setup/StartUp.h"
+#include "toolkit/platform/Platform.h"
+#include "vector/edges/CustomEdges.h"
 #include "vector/edges/EdgeLibrary.h"
 #include "vector/edges/EdgeMenu.h"
 #include "vector/illustrator/ProfileI.h"
@@ -16,8 +19,56 @@ namespace {
 
 constexpr int kSingleSide = 800;  // pixels of the letter where one edge alone is drawn
 
-std::string shownName(int index) {
-    return std::string(shownEdgeName(edgeName(index)));
+struct ListedEdge {
+    int index;
+    std::string name;
+    std::string shown;
+    std::string category;
+    ProfileI* edge;
+};
+
+std::vector<ListedEdge> libraryEdges() {
+    if (edgeCount() == 0) throw apps::Failure("there is no edge library");
+    std::vector<ListedEdge> edges;
+    for (int i = 0; i < edgeCount(); ++i) {
+        const std::string name = edgeName(i);
+        const int category = edgeCategory(name);
+        edges.push_back(
+            {i, name, std::string(shownEdgeName(name)),
+             category < 0 ? std::string()
+                          : std::string(edgeCategories()[static_cast<std::size_t>(category)].name),
+             edgeAt(i)});
+    }
+    return edges;
+}
+
+std::vector<ListedEdge> customEdges(CustomEdges& custom, const std::filesystem::path& folder) {
+    if (!std::filesystem::is_directory(folder))
+        throw apps::Failure("'" + platform::textFromPath(folder) + "' is no folder");
+    custom.reload(folder);
+    std::vector<ListedEdge> edges;
+    for (int i = 0; i < custom.count(); ++i) {
+        const std::string& name = custom.edge(i)->name();
+        edges.push_back({i, name, name, "Custom Edges", custom.edge(i)});
+    }
+    return edges;
+}
+
+std::vector<ListedEdge> chosen(const std::vector<ListedEdge>& all,
+                               const std::vector<std::string>& names) {
+    if (names.empty()) return all;
+    std::vector<ListedEdge> edges;
+    for (const std::string& name : names) {
+        const auto by = [&](std::string ListedEdge::*field) {
+            return std::find_if(all.begin(), all.end(),
+                                [&](const ListedEdge& e) { return e.*field == name; });
+        };
+        auto found = by(&ListedEdge::name);
+        if (found == all.end()) found = by(&ListedEdge::shown);
+        if (found == all.end()) throw apps::Failure("no edge is named '" + name + "'");
+        edges.push_back(*found);
+    }
+    return edges;
 }
 
 std::string padded(std::string text, std::size_t width) {
@@ -25,42 +76,23 @@ std::string padded(std::string text, std::size_t width) {
     return text;
 }
 
-void printList() {
+void printList(const std::vector<ListedEdge>& edges) {
     std::size_t widest = 0;
-    for (int i = 0; i < edgeCount(); ++i)
-        widest = std::max({widest, shownName(i).size(), std::string(edgeName(i)).size()});
-    const auto print = [&](const std::string& index, const std::string& name,
-                           const std::string& shown, std::string_view category) {
-        const std::string line = padded(index, 7) + padded(name, widest + 2) +
-                                 padded(shown, widest + 2) + std::string(category) + "\n";
+    for (const ListedEdge& edge : edges)
+        widest = std::max({widest, edge.name.size(), edge.shown.size()});
+    for (const ListedEdge& edge : edges) {
+        const std::string line = padded(std::to_string(edge.index), 5) +
+                                 padded(edge.name, widest + 2) + padded(edge.shown, widest + 2) +
+                                 edge.category + "\n";
         std::fputs(line.c_str(), stdout);
-    };
-    print("Index", "Name", "Shown as", "Category");
-    for (int i = 0; i < edgeCount(); ++i) {
-        const int category = edgeCategory(edgeName(i));
-        print(std::to_string(i), edgeName(i), shownName(i),
-              category >= 0 ? edgeCategories()[static_cast<std::size_t>(category)].name
-                            : std::string_view());
     }
 }
 
-std::vector<SheetEdge> chosenEdges(const apps::ParsedOptions& options) {
-    std::vector<int> indices;
-    for (const std::string& name : options.all("--edge")) {
-        indices.push_back(findEdge(name));
-        if (indices.back() < 0) throw apps::Failure("no edge is named '" + name + "'");
-    }
-    if (indices.empty())
-        for (int i = 0; i < edgeCount(); ++i)
-            indices.push_back(i);
+void writeSheet(const std::vector<ListedEdge>& listed, const apps::ParsedOptions& options) {
     std::vector<SheetEdge> edges;
-    for (const int i : indices)
-        edges.push_back({edgeAt(i), std::to_string(i) + "  " + shownName(i)});
-    return edges;
-}
-
-void writeSheet(const apps::ParsedOptions& options) {
-    const std::vector<SheetEdge> edges = chosenEdges(options);
+    for (const ListedEdge& edge : listed)
+        edges.push_back({edge.edge, std::to_string(edge.index) + "  " + edge.shown});
+    if (edges.empty()) throw apps::Failure("there are no edges to draw");
     SheetLayout layout;
     if (edges.size() == 1) layout.letterSide = kSingleSide;
     if (options.has("--columns"))
@@ -76,14 +108,19 @@ void writeSheet(const apps::ParsedOptions& options) {
 }  // namespace
 
 int edgesCommand(const apps::ParsedOptions& options) {
-    registerMemberClasses();
-    if (edgeCount() == 0) throw apps::Failure("there is no edge library");
     if (options.has("--list") && options.has("--sheet"))
         throw apps::UsageError("--list and --sheet are two things");
+    registerMemberClasses();
+    CustomEdges custom;
+    const std::vector<ListedEdge> all =
+        options.has("--custom")
+            ? customEdges(custom, platform::pathFromText(options.value("--custom")))
+            : libraryEdges();
+    const std::vector<ListedEdge> edges = chosen(all, options.all("--edge"));
     if (options.has("--sheet"))
-        writeSheet(options);
+        writeSheet(edges, options);
     else
-        printList();
+        printList(edges);
     return apps::kExitDone;
 }
 

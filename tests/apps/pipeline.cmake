@@ -33,6 +33,14 @@ list(LENGTH faces count)
 expect_match(${count} "^384$")
 run(0 ${ORVINEX} params ${WORK}/plate.twp -o ${WORK}/keys.json)
 
+run(0 ${ORVINEX} edges --list)
+expect_match("${output}" "\n85 +Semicircle +Half Pipe +Pipes and Half Pipes\n")
+run(0 ${ORVINEX} edges --edge "Half Pipe" --edge Wavey --letter 64 --sheet ${WORK}/edges.png --quiet)
+run(0 ${ORVINEX} edges --custom "${SOURCE}/data/Custom Edges")
+expect_match("${output}" "^0 +Ogee .*\n1 +Picture Frame ")
+run(1 ${ORVINEX} edges --edge "Half Pipe, Tiny" --sheet ${WORK}/none.png)
+run(2 ${ORVINEX} edges --list --sheet ${WORK}/none.png)
+
 # Saved once, a project saves to the same bytes again, but for the texture vertices, which the format
 # turns at each reading.
 foreach(step 1 2)
