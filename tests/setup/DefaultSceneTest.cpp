@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "geometry/ObjectXStyle.h"
 #include "render/CameraX.h"
 #include "render/LightX.h"
 #include "scene/RenderState.h"
+#include "setup/Project.h"
 #include "tests/setup/ProjectFixture.h"
+#include "vector/edges/ProfileL.h"
 
 namespace orvin {
 namespace {
@@ -29,6 +32,56 @@ TEST(DefaultScene, HasItsSetsCamerasAndLights) {
 
     scene->purge(0);
     EXPECT_NE(scene->member(MemberKind::kMaterial, kDefaultMaterial), nullptr);
+}
+
+TEST(DefaultScene, ItsStyleHasABevelledEdge) {
+    registerMemberClasses();
+    const auto bare = buildDefaultScene("bare", false);
+    auto* style = bare->memberAs<ObjectXStyle>(MemberKind::kStyle, kDefaultStyle);
+    ASSERT_NE(style, nullptr);
+    EXPECT_EQ(style->perimProfile(), nullptr);
+    EXPECT_EQ(bare->count(MemberKind::kProfile), 0U);
+
+    const auto scene = buildDefaultScene("fresh", true);
+    style = scene->memberAs<ObjectXStyle>(MemberKind::kStyle, kDefaultStyle);
+    ASSERT_NE(style, nullptr);
+    scene->purge(0);
+    auto* const edge = dynamic_cast<ProfileL*>(style->perimProfile());
+    ASSERT_NE(edge, nullptr);
+    EXPECT_EQ(edge->name(), "Bevel, Medium");
+    EXPECT_EQ(edge->libIdx(), 8);
+    EXPECT_EQ(style->holeProfile(), edge);
+    std::uint32_t stamp = 0;
+    ASSERT_NE(edge->shape(0.5, 20.0, stamp), nullptr);
+    EXPECT_GT(edge->bounds().xmax, 0.0);
+    EXPECT_EQ(useLibraryEdge(*scene, 8), edge);
+    EXPECT_EQ(useLibraryEdge(*scene, 107), nullptr);
+}
+
+using DefaultProject = ProjectFixture;
+
+TEST_F(DefaultProject, KeepsItsEdgeByNumber) {
+    const auto file = folder / "edge.twp";
+    manager.startDefaultProject();
+    ASSERT_EQ(manager.saveProjectTo(file), kSuccess);
+    const std::string text = fileText(file);
+    const std::string block =
+        "begin ProfileL\n   name \"Bevel, Medium\"\n   libIdx 8\n   load\n  end ProfileL\n";
+    ASSERT_NE(text.find(block), std::string::npos);
+
+    Project project;
+    ASSERT_EQ(project.open(file), kSuccess) << project.failure();
+    auto* const edge =
+        project.mainScene().memberAs<ProfileL>(MemberKind::kProfile, "Bevel, Medium");
+    ASSERT_NE(edge, nullptr);
+    EXPECT_EQ(edge->inputProfile()->paths.size(), 1U);
+
+    // The file of a program with more edges: no such edge here.
+    std::string newer = text;
+    newer.replace(text.find("libIdx 8"), 8, "libIdx 107");
+    writeText(file, newer);
+    EXPECT_EQ(project.open(file), kFailure);
+    EXPECT_FALSE(project.failure().empty());
 }
 
 TEST(DefaultScene, LightsAgreeWithTheParametersDefaults) {
