@@ -94,14 +94,14 @@ void ProfileT::setLine(const Line& line, double spacing, Vec2& pen) {
         const auto code = static_cast<unsigned char>(line.text[k]);
         const TextFont::Glyph& glyph = font_.glyph(code);
         if (!(glyph.advance > 0.0f)) continue;
-        if (!glyph.outline.paths.empty()) placements_.push_back({code, pen});
+        if (!glyph.outline.paths.empty()) letters_.push_back({code, pen});
         pen.x += spacing + advanceOf(line.text[k]);
         if (kerningAt(line.first + k) != 0.0) pen.x += font_.emWidth * kerningAt(line.first + k);
     }
 }
 
 void ProfileT::layOut() {
-    placements_.clear();
+    letters_.clear();
     curvesBuilt_ = false;
     const TextFont::Measures measures = font_.measures();
     const double spacing = measures.width * letterSpacing_;
@@ -127,6 +127,11 @@ void ProfileT::layOut() {
     laidOut_ = true;
 }
 
+std::span<const ProfileT::Letter> ProfileT::letters() {
+    prepare();
+    return letters_;
+}
+
 void ProfileT::prepare() {
     if (!laidOut_) layOut();
 }
@@ -143,10 +148,10 @@ InputProfile2* ProfileT::inputProfile() {
     prepare();
     if (!curvesBuilt_) {
         outline().clear();
-        for (const Placement& placement : placements_) {
-            InputProfile2 letter = sizedOutline(placement.code);
-            letter.translate(placement.pen.x, placement.pen.y);
-            std::move(letter.paths.begin(), letter.paths.end(),
+        for (const Letter& letter : letters_) {
+            InputProfile2 curves = sizedOutline(letter.code);
+            curves.translate(letter.pen.x, letter.pen.y);
+            std::move(curves.paths.begin(), curves.paths.end(),
                       std::back_inserter(outline().paths));
         }
         curvesBuilt_ = true;
@@ -166,28 +171,26 @@ Result ProfileT::flatten(double tolerance, double hardAngle, Mesh2& shape) {
         int first = -1;
         int end = -1;
     };
-    std::array<Paths, TextFont::kCodes> known;
-    Mesh2 letters;
+    std::array<Paths, TextFont::kCodes> byCode;
+    Mesh2 known;
     std::vector<int> corners;
-    for (const Placement& placement : placements_) {
-        Paths& paths = known[placement.code];
+    for (const Letter& letter : letters_) {
+        Paths& paths = byCode[letter.code];
         if (paths.first < 0) {
-            paths.first = letters.faceCount();
-            const Result result =
-                sizedOutline(placement.code).emitAll(tolerance, hardAngle, letters);
+            paths.first = known.faceCount();
+            const Result result = sizedOutline(letter.code).emitAll(tolerance, hardAngle, known);
             if (result != kSuccess) return result;
-            paths.end = letters.faceCount();
+            paths.end = known.faceCount();
         }
         for (int f = paths.first; f < paths.end; ++f) {
             // A flattened path has vertices, texture vertices and normals of its own, as many of
             // each.
-            const FaceView path = letters.face(f);
+            const FaceView path = known.face(f);
             corners.clear();
             for (std::size_t i = 0; i < path.vertices.size(); ++i) {
-                corners.push_back(
-                    shape.addVertex(letters.vertex(path.vertices[i]) + placement.pen));
-                shape.addTexVertex(letters.texVertex(path.texture[i]));
-                shape.addNormal(letters.normal(path.normals[i]));
+                corners.push_back(shape.addVertex(known.vertex(path.vertices[i]) + letter.pen));
+                shape.addTexVertex(known.texVertex(path.texture[i]));
+                shape.addNormal(known.normal(path.normals[i]));
             }
             shape.addFace(path.kind, path.material, corners, corners, corners);
         }

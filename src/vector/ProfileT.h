@@ -71,6 +71,14 @@ class ProfileT final : public OutlineProfile {
     std::span<const double> kerning() const { return kerning_; }
     const TextFont& font() const { return font_; }
 
+    /// A letter where the layout puts it.
+    struct Letter {
+        unsigned char code;
+        Vec2 pen;
+    };
+    /// All letters that have an outline, in order. Void when the text changes.
+    std::span<const Letter> letters();
+
     void touch() override;
     InputProfile2* inputProfile() override;
     const Mesh2* shape(double tolerance, double hardAngle, std::uint32_t& stamp) override;
@@ -81,11 +89,6 @@ class ProfileT final : public OutlineProfile {
 
   private:
     struct Commands;
-    /// A letter where the layout has put it.
-    struct Placement {
-        unsigned char code;
-        Vec2 pen;
-    };
     struct Line {
         std::string_view text;
         std::size_t first;  // character index of its first
@@ -109,8 +112,8 @@ class ProfileT final : public OutlineProfile {
     TextFont font_;
     TextFont::Glyph* currentGlyph_ = nullptr;  // that the stream is filling
 
-    std::vector<Placement> placements_;
-    bool laidOut_ = false;       // placements_ are up to date
+    std::vector<Letter> letters_;
+    bool laidOut_ = false;       // letters_ are up to date
     bool curvesBuilt_ = false;   // and outline() is too
     std::size_t pointsDue_ = 0;  // of the curve that the stream is filling
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <utility>
 
 namespace orvin {
 
@@ -34,13 +35,8 @@ bool FacePeeler::extractPolygon(std::vector<int>& ids, int maxSides) {
     int start = 0;
     bridged_.clear();
     for (;;) {
-        const int count = static_cast<int>(shape_.precs.size());
-        while (firstLive_ < count && prec(firstLive_).vertexID < 0)
-            ++firstLive_;
-        if (start < firstLive_) start = firstLive_;
-        while (start < count && prec(start).vertexID < 0)
-            ++start;
-        if (start >= count) return false;
+        start = liveFrom(start);
+        if (start >= static_cast<int>(shape_.precs.size())) return false;
         if (isStuck(start)) {
             ++start;
             continue;
@@ -66,6 +62,20 @@ bool FacePeeler::extractPolygon(std::vector<int>& ids, int maxSides) {
         }
         ++start;
     }
+}
+
+/// The first live record from `start` on, or the count of records. What is deleted stays so, so
+/// runs of deleted records are jumped over the next time.
+int FacePeeler::liveFrom(int start) {
+    const int count = static_cast<int>(shape_.precs.size());
+    while (static_cast<int>(jump_.size()) < count)
+        jump_.push_back(static_cast<int>(jump_.size()) + 1);
+    int live = start;
+    while (live < count && prec(live).vertexID < 0)
+        live = jump_[static_cast<std::size_t>(live)];
+    while (start < live)
+        start = std::exchange(jump_[static_cast<std::size_t>(start)], live);
+    return live;
 }
 
 /// A piece that ended at its second point was turned away by the third: nothing changes that until

@@ -52,6 +52,7 @@ class FacePeeler {
         int afterNext = -1;
     };
 
+    int liveFrom(int start);
     void noteStuck();
     bool isStuck(int start);
     bool next(std::vector<int>& ids);
@@ -69,7 +70,7 @@ class FacePeeler {
     PointGrid grid_;
     std::vector<int> gridPrecs_;  // record of each grid point
     std::vector<int> previous_;   // the record before each record
-    int firstLive_ = 0;           // no live record stands before it
+    std::vector<int> jump_;       // of deleted records: where to look for the next live one
     int resume_ = -1;             // where extractLoop stopped
 
     std::vector<Followers> stuckAt_;  // of records that no piece could grow from
