@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "tests/geometry/Extrusions.h"
 #include "tests/render/TestScene.h"
 #include "tests/support/Golden.h"
 
@@ -146,6 +147,74 @@ TEST(Golden, SoftenedSheets) {
         o.transform().setTranslate({0, 0, 3.0 * i});
     }
     expectGolden(s, "softened-sheets");
+}
+
+/// An O and an R with a round bevel that lie on the floor, under a spot light from the left.
+void layLetters(TestScene& s) {
+    auto& outline = s.scene.make<test::CurveProfile>("letters");
+    outline.addCircle({-14, 0}, 11);
+    outline.addCircle({-14, 0}, -6);
+    using Lines = std::vector<Vec2>;
+    outline.add({Curve2(Curve2::Type::kLinear, Lines{{15, 11},
+                                                     {5, 11},
+                                                     {5, -11},
+                                                     {10, -11},
+                                                     {10, -3},
+                                                     {13, -3},
+                                                     {18, -11},
+                                                     {24, -11},
+                                                     {18, -2}}),
+                 Curve2(Curve2::Type::kBezier, Lines{{18, -2}, {25, 1}, {24, 11}, {15, 11}})});
+    outline.add({Curve2(Curve2::Type::kLinear, Lines{{14, 2}, {10, 2}, {10, 7}, {14, 7}}),
+                 Curve2(Curve2::Type::kBezier, Lines{{14, 7}, {18, 7}, {18, 2}, {14, 2}})});
+    auto& edge = s.scene.make<test::CurveProfile>("round");
+    edge.add({Curve2(Curve2::Type::kBezier, Lines{{0, 0}, {6, 0}, {10, 4}, {10, 10}}),
+              Curve2(Curve2::Type::kLinear, Lines{{10, 10}, {10, 100}, {0, 100}})});
+    auto& style = s.scene.make<ObjectXStyle>("style");
+    style.setPerim("round");
+    style.setDepth(13);
+    style.setMaterial(0, "orange");
+    s.material("orange", {0.85F, 0.35F, 0.15F, 1.0F});
+    auto& word = s.scene.make<ObjectX>("word");
+    word.setFace("letters");
+    word.setStyle("style");
+    word.setFlatRender(0.05);
+    word.transform().setRotate({-90, 0, 0});
+    word.transform().setTranslate({-2, 1, 0});
+    s.material("grey", {0.85F, 0.85F, 0.85F, 1.0F});
+    addFloor(s, "grey");
+    s.light(LightType::kAmbient, 0.2);
+    s.params.flags |= RenderParams::kShadows;
+    s.camera().setEye({6, 62, 62});
+    s.camera().setTarget({3, -8, 3});
+}
+
+LightX& lampFor(TestScene& s, LightType type, int softness) {
+    LightX& lamp = s.light(type, 0.9);
+    lamp.setEye({-48, 64, -30});
+    lamp.setTarget({0, -12, 0});
+    lamp.setMode(CameraMode::kLookAt);
+    lamp.setAngles(20, 30);
+    lamp.setCastsShadow(true);
+    lamp.setSoftness(softness);
+    return lamp;
+}
+
+TEST(Golden, HardShadows) {
+    TestScene s;
+    setStage(s);
+    layLetters(s);
+    lampFor(s, LightType::kSpot, 1);
+    s.params.shadowQuality = 2000;
+    expectGolden(s, "hard-shadows");
+}
+
+TEST(Golden, SoftShadows) {
+    TestScene s;
+    setStage(s);
+    layLetters(s);
+    lampFor(s, LightType::kDirectional, 12).setDarkness(0.9);
+    expectGolden(s, "soft-shadows");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include "render/shadow/ShadowMap.h"
 
 #include <algorithm>
+#include <bit>
 #include <limits>
 #include <utility>
 
@@ -11,7 +12,9 @@ namespace orvin {
 namespace {
 
 constexpr int kLevelShift = 3;
+constexpr int kBlockMask = (1 << kLevelShift) - 1;
 constexpr double kInfinite = std::numeric_limits<double>::infinity();
+constexpr std::uint64_t kEverywhere = ~std::uint64_t{0};
 
 bool isBlocker(double texel) {
     return texel > ShadowMap::kNoBlocker;
@@ -35,7 +38,7 @@ ShadowMap::ShadowMap(const ShadowFrame& frame, int softness, ImageBuffer depths)
       texels_(reinterpret_cast<const double*>(std::as_const(depths_).direct())) {
     indexTexels();
     while (levels_.back().blocksAcross > 1)
-        addLevel();
+        indexBlocks();
     // The level to start at has few blocks under a kernel.
     while (startLevel_ + 1 < levels_.size() && (1 << levels_[startLevel_].shift) < kernel_.size())
         ++startLevel_;
@@ -43,41 +46,44 @@ ShadowMap::ShadowMap(const ShadowFrame& frame, int softness, ImageBuffer depths)
 
 void ShadowMap::indexTexels() {
     const int res = frame().resolution;
-    const int across = blocksFor(res, kLevelShift);
-    const auto count = static_cast<std::size_t>(across) * static_cast<std::size_t>(across);
-    Level& level = levels_.emplace_back(
-        Level{kLevelShift, across, std::vector<Blockers>(count, {kInfinite, -kInfinite})});
+    Level& level = addLevel(kLevelShift, blocksFor(res, kLevelShift));
     std::vector<double> row(static_cast<std::size_t>(res));
     for (int y = 0; y < res; ++y) {
         if (depths_.readRow(y, row) != kSuccess) throw kImageBufferFailed;
-        Blockers* blocks = &level.blocks[static_cast<std::size_t>(y >> kLevelShift) *
-                                         static_cast<std::size_t>(across)];
+        const int firstBit = (y & kBlockMask) << kLevelShift;
         for (int x = 0; x < res; ++x) {
             const double texel = row[static_cast<std::size_t>(x)];
-            const double depth = isBlocker(texel) ? texel : kInfinite;
-            Blockers& block = blocks[x >> kLevelShift];
-            block.nearest = std::min(block.nearest, depth);
-            block.farthest = std::max(block.farthest, depth);
+            Blockers& block = level.at(x >> kLevelShift, y >> kLevelShift);
+            if (isBlocker(texel)) {
+                block.nearest = std::min(block.nearest, texel);
+                block.farthest = std::max(block.farthest, texel);
+            } else {
+                block.where &= ~(std::uint64_t{1} << (firstBit + (x & kBlockMask)));
+            }
         }
     }
 }
 
-void ShadowMap::addLevel() {
-    const Level& fine = levels_.back();
-    Level level;
-    level.shift = fine.shift + kLevelShift;
-    level.blocksAcross = blocksFor(fine.blocksAcross, kLevelShift);
-    const auto across = static_cast<std::size_t>(level.blocksAcross);
-    level.blocks.assign(across * across, {kInfinite, -kInfinite});
-    for (int y = 0; y < fine.blocksAcross; ++y)
-        for (int x = 0; x < fine.blocksAcross; ++x) {
-            const Blockers& from = fine.at(x, y);
-            Blockers& to = level.blocks[static_cast<std::size_t>(y >> kLevelShift) * across +
-                                        static_cast<std::size_t>(x >> kLevelShift)];
-            to.nearest = std::min(to.nearest, from.nearest);
-            to.farthest = std::max(to.farthest, from.farthest);
+// Blocks of 8 x 8 blocks of the level before.
+void ShadowMap::indexBlocks() {
+    const std::size_t from = levels_.size() - 1;
+    const int across = levels_[from].blocksAcross;
+    Level& level = addLevel(levels_[from].shift + kLevelShift, blocksFor(across, kLevelShift));
+    for (int y = 0; y < across; ++y)
+        for (int x = 0; x < across; ++x) {
+            const Blockers& part = levels_[from].at(x, y);
+            Blockers& block = level.at(x >> kLevelShift, y >> kLevelShift);
+            block.nearest = std::min(block.nearest, part.nearest);
+            block.farthest = std::max(block.farthest, part.farthest);
+            if (part.where != kEverywhere) block.where = 0;
         }
-    levels_.push_back(std::move(level));
+}
+
+ShadowMap::Level& ShadowMap::addLevel(int shift, int blocksAcross) {
+    const auto across = static_cast<std::size_t>(blocksAcross);
+    return levels_.emplace_back(Level{
+        shift, blocksAcross,
+        std::vector<Blockers>(across * across, Blockers{kInfinite, -kInfinite, kEverywhere})});
 }
 
 double ShadowMap::filtered(int ix, int iy, double depth) const {
@@ -110,15 +116,19 @@ std::uint64_t ShadowMap::blocked(std::size_t level, const Query& query) const {
                          std::max(taps.bottom, y << blocks.shift),
                          std::min(taps.right, ((x + 1) << blocks.shift) - 1),
                          std::min(taps.top, ((y + 1) << blocks.shift) - 1)};
-            if (shades(block.farthest, query.depth))
-                sum += allOf(part);
+            const bool deeper = !shades(block.farthest, query.depth);
+            if (!deeper && block.where == kEverywhere)
+                sum += weigh(part);
+            else if (level != 0)
+                sum += blocked(level - 1, part);
             else
-                sum += level == 0 ? blockedTexels(part) : blocked(level - 1, part);
+                sum += deeper ? weighDeeper(part) : weigh(part, block.where);
         }
     return sum;
 }
 
-std::uint64_t ShadowMap::allOf(const Query& query) const {
+// All taps of the query.
+std::uint64_t ShadowMap::weigh(const Query& query) const {
     const Rect& taps = query.taps;
     const std::uint64_t columns =
         kernel_.sideSum(taps.left - query.kernelLeft, taps.right - query.kernelLeft);
@@ -126,11 +136,33 @@ std::uint64_t ShadowMap::allOf(const Query& query) const {
            kernel_.sideSum(taps.bottom - query.kernelBottom, taps.top - query.kernelBottom);
 }
 
-std::uint64_t ShadowMap::blockedTexels(const Query& query) const {
+// The taps, all in one block of texels, whose bits are set.
+std::uint64_t ShadowMap::weigh(const Query& query, std::uint64_t where) const {
+    const Rect& taps = query.taps;
+    const int left = taps.left & ~kBlockMask;  // of the block
+    const unsigned columns = (2U << (taps.right - left)) - (1U << (taps.left - left));
+    std::uint64_t sum = 0;
+    for (int y = taps.bottom; y <= taps.top; ++y) {
+        auto bits = static_cast<unsigned>(where >> ((y & kBlockMask) << kLevelShift)) & columns;
+        std::uint64_t inRow = 0;
+        while (bits != 0) {
+            const int first = std::countr_zero(bits);
+            const int last = first + std::countr_one(bits >> first) - 1;
+            inRow +=
+                kernel_.sideSum(left + first - query.kernelLeft, left + last - query.kernelLeft);
+            bits &= ~0U << (last + 1);
+        }
+        sum += inRow * kernel_.side()[y - query.kernelBottom];
+    }
+    return sum;
+}
+
+// The taps, all in one block of texels, that are in shadow; texel by texel.
+std::uint64_t ShadowMap::weighDeeper(const Query& query) const {
     const Rect& taps = query.taps;
     const auto width = static_cast<std::size_t>(taps.right - taps.left + 1);
     const std::uint32_t* columns = kernel_.side() + (taps.left - query.kernelLeft);
-    const std::uint32_t* rows = kernel_.side() - query.kernelBottom;
+    const double depth = query.depth;
     double paged[std::size_t{1} << kLevelShift];
     std::uint64_t sum = 0;
     for (int y = taps.bottom; y <= taps.top; ++y) {
@@ -144,9 +176,12 @@ std::uint64_t ShadowMap::blockedTexels(const Query& query) const {
                 if (depths_.readPixel(taps.left + static_cast<int>(i), y, paged[i]) != kSuccess)
                     throw kImageBufferFailed;
         std::uint32_t inRow = 0;
-        for (std::size_t i = 0; i < width; ++i)
-            inRow += isBlocker(texels[i]) && shades(texels[i], query.depth) ? columns[i] : 0U;
-        sum += static_cast<std::uint64_t>(inRow) * rows[y];
+        for (std::size_t i = 0; i < width; ++i) {
+            // Without a branch, which no processor would foresee.
+            const bool dark = isBlocker(texels[i]) & shades(texels[i], depth);
+            inRow += columns[i] & (0U - static_cast<std::uint32_t>(dark));
+        }
+        sum += static_cast<std::uint64_t>(inRow) * kernel_.side()[y - query.kernelBottom];
     }
     return sum;
 }

@@ -6,9 +6,11 @@
 // casts no shadow.
 //
 // Look-ups are exact at any width of the filter: an index of the nearest and farthest blocker of
-// each 8 x 8 texels, of each 64 x 64 and so on tells at once where all or none of them block.
+// each 8 x 8 texels, of each 64 x 64 and so on tells at once where all or none of them block, and
+// which of 8 x 8 may.
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "render/ShadowLookup.h"
@@ -44,8 +46,9 @@ class ShadowMap final : public ShadowLookup {
     };
     /// Of the texels of a block.
     struct Blockers {
-        double nearest;   // infinite where nothing blocks
-        double farthest;  // infinite where a texel is without a blocker
+        double nearest;       // infinite without any
+        double farthest;      // minus infinite without any
+        std::uint64_t where;  // all bits set: all texels; of 8 x 8 texels one bit each, row by row
     };
     /// The blocks of 2^shift texels a side, row after row.
     struct Level {
@@ -53,10 +56,12 @@ class ShadowMap final : public ShadowLookup {
         int blocksAcross;
         std::vector<Blockers> blocks;
 
-        const Blockers& at(int x, int y) const {
-            return blocks[static_cast<std::size_t>(y) * static_cast<std::size_t>(blocksAcross) +
-                          static_cast<std::size_t>(x)];
+        std::size_t index(int x, int y) const {
+            return static_cast<std::size_t>(y) * static_cast<std::size_t>(blocksAcross) +
+                   static_cast<std::size_t>(x);
         }
+        const Blockers& at(int x, int y) const { return blocks[index(x, y)]; }
+        Blockers& at(int x, int y) { return blocks[index(x, y)]; }
     };
     /// One look-up: which taps, as texels of the map, and what is looked up.
     struct Query {
@@ -67,10 +72,12 @@ class ShadowMap final : public ShadowLookup {
     };
 
     void indexTexels();
-    void addLevel();
+    void indexBlocks();
+    Level& addLevel(int shift, int blocksAcross);
     std::uint64_t blocked(std::size_t level, const Query& query) const;
-    std::uint64_t blockedTexels(const Query& query) const;
-    std::uint64_t allOf(const Query& query) const;
+    std::uint64_t weigh(const Query& query) const;
+    std::uint64_t weigh(const Query& query, std::uint64_t where) const;
+    std::uint64_t weighDeeper(const Query& query) const;
 
     ShadowKernel kernel_;
     ImageBuffer depths_;
