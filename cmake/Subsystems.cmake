@@ -28,3 +28,13 @@ function(orvin_subsystem name)
     endforeach()
   endif()
 endfunction()
+
+# OpenGL and GLU: all that the module needs beside the standard library. EGL is looked for at run time.
+function(orvin_link_opengl target)
+  if(WIN32)
+    target_link_libraries(${target} PUBLIC glu32 opengl32 gdi32 user32)
+  else()
+    find_package(OpenGL REQUIRED COMPONENTS OpenGL)
+    target_link_libraries(${target} PUBLIC OpenGL::GLU OpenGL::OpenGL ${CMAKE_DL_LIBS})
+  endif()
+endfunction()

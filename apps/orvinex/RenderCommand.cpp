@@ -1,12 +1,10 @@
 // render: one still through the scene's own camera and lights.
-#include <cstdio>
-
 #include "common/Png.h"
 #include "orvinex/Commands.h"
 #include "orvinex/RenderedPicture.h"
 #include "orvinex/ShownProgress.h"
 #include "render/CameraX.h"
-#include "render/SoftwareRenderer.h"
+#include "render/gl/RenderWith.h"
 #include "render/shadow/ShadowPass.h"
 #include "scene/FrameClock.h"
 
@@ -56,23 +54,24 @@ int renderCommand(const apps::ParsedOptions& options) {
     const int method = options.has("--method")
                            ? apps::wholeOption(options.value("--method"), "--method", 1, 4)
                            : project.renderState().renderMethod;
-    if (method >= 2 && method <= 4) {
-        if (options.has("--method"))
-            throw apps::Failure("renderers 2 to 4 draw with OpenGL, which isn't there yet");
-        std::fprintf(stderr, "OpenGL is not available: using the Orvinex Renderer.\n");
-    }
     const std::string cameraName = options.value("--camera", kDefaultCamera);
-    SoftwareRenderOptions render;
-    render.camera = scene.memberAs<CameraX>(MemberKind::kCamera, cameraName);
-    if (render.camera == nullptr) throw apps::Failure("no camera is named '" + cameraName + "'");
+    CameraX* const camera = scene.memberAs<CameraX>(MemberKind::kCamera, cameraName);
+    if (camera == nullptr) throw apps::Failure("no camera is named '" + cameraName + "'");
     if (options.has("--frame")) {
         const int frame = apps::wholeOption(options.value("--frame"), "--frame", 0, kMaxFrame);
         setTotalFrames(std::max(totalFrames(), frame + 1));
         setCurrentFrame(frame);
     }
+    SoftwareRenderOptions software;
+    software.camera = camera;
+    GlFrameOptions gl;
+    gl.style = rendererFor(method);
+    gl.camera = camera;
+    gl.advancedLighting = project.preferences().advancedGLLighting;
+    OrvinGLRender openGl;
     const auto image = [&] {
         const ShownProgress progress("rendering", options.has("--quiet"));
-        return renderSoftware(scene, params, render);
+        return renderWith(openGl, scene, params, gl, software);
     }();
     if (!image) throw apps::Failure("the frame was stopped");
     apps::writePng(output, uprightPicture(*image));

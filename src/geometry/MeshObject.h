@@ -17,6 +17,7 @@
 
 #include "geometry/Mesh3.h"
 #include "scene/TransformMember.h"
+#include "toolkit/Identity.h"
 
 namespace orvin {
 
@@ -73,6 +74,9 @@ class MeshObject : public TransformMember {
 
     /// Revision of the mesh: 1 at first.
     std::uint32_t meshRevision() const { return meshRevision_; }
+
+    /// With the revision: what caches outside of the scene know the mesh by.
+    const Identity& identity() const { return identity_; }
 
     /// Box of the mesh in object space; empty without vertices.
     Box3 localBounds() override;
@@ -138,6 +142,7 @@ class MeshObject : public TransformMember {
     Mapping mapping_;
     unsigned stale_ = kBoxStale | kWorldStale;
     std::uint32_t meshRevision_ = 1;
+    Identity identity_;
     std::uint32_t tangentsRevision_ = 0;  // of the mesh they were made from
     Box3 box_;
     Matrix4 worldOfLists_;  // worldFromObject when the world-space lists were made

@@ -10,6 +10,7 @@
 
 #include "host/EffectPanel.h"
 #include "host/PushedScene.h"
+#include "render/gl/OrvinGLRender.h"
 #include "scene/HandleMemory.h"
 #include "scene/OrvinPreferences.h"
 #include "scene/OrvinSceneManager.h"
@@ -70,6 +71,8 @@ class OrvinApp {
     OrvinSceneManager& manager() { return manager_; }
     OrvinProjectSections& sections() { return sections_; }
     OrvinPreferences& preferences() { return preferences_; }
+    /// Draws the frames of this instance that aren't the software renderer's.
+    OrvinGLRender& openGl() { return openGl_; }
     RenderState& renderState() { return manager_.renderState(); }
     /// The scene that is rendered; null before a project is there.
     SceneX* scene() { return manager_.mainScene(); }
@@ -118,6 +121,7 @@ class OrvinApp {
     void reportMissing(std::string_view what);
 
     OrvinPreferences preferences_;
+    OrvinGLRender openGl_;
     std::unique_ptr<SetUpWindow> setUpWindow_;
     OrvinProjectSections sections_;
     OrvinSceneManager manager_;

@@ -47,6 +47,8 @@ void copyRow(std::span<const std::uint8_t> rendered, std::span<const HostPixel> 
             output[x] = over(p, input[x]);
         else if (rule.keepAlpha)
             output[x] = {p.alpha, p.red, p.green, p.blue};
+        else if (rule.colorAsIs)
+            output[x] = {255, p.red, p.green, p.blue};
         else
             output[x] = onBackground(p, rule.background);
     }

@@ -20,7 +20,8 @@ struct HostPixel {
 struct CopyRule {
     bool compositeOnOriginal = false;   // over the input layer
     bool keepAlpha = true;              // without composite: pass the rendered pixel through
-    std::array<float, 3> background{};  // without composite and keepAlpha: red, green, blue, 0..1
+    bool colorAsIs = false;             // without both: the background is in the picture already
+    std::array<float, 3> background{};  // without all of these: red, green, blue, 0..1
 };
 
 /// Copies `rendered` (R, G, B, A bytes, colour not premultiplied) into `output`; `input` is only

@@ -1,6 +1,5 @@
 // One frame into the host's output world.
 #include <algorithm>
-#include <cstdio>
 #include <new>
 #include <vector>
 
@@ -10,7 +9,7 @@
 #include "host/OrvinApp.h"
 #include "host/ParamValues.h"
 #include "host/PixelCopy.h"
-#include "render/SoftwareRenderer.h"
+#include "render/gl/RenderWith.h"
 #include "render/image/ImageCache.h"
 #include "toolkit/Errors.h"
 
@@ -42,8 +41,17 @@ RenderParams frameParams(const RenderState& state, const PF_InData& in,
     return params;
 }
 
-bool wantsOpenGl(const RenderState& state) {
-    return state.renderMethod >= 2 && state.renderMethod <= 4;
+GlFrameOptions openGlOptions(OrvinApp& app, Renderer renderer, bool draft, bool keepAlpha) {
+    const OrvinPreferences& preferences = app.preferences();
+    GlFrameOptions options;
+    options.style = renderer;
+    options.textures = !draft || preferences.showTexturesComp;
+    options.advancedLighting = preferences.advancedGLLighting;
+    // A draft's background is drawn; that of a frame is laid under it when it is copied.
+    if (draft && !keepAlpha) options.background = app.renderState().viewer.background;
+    // An artist who wants to see the work has it in a window.
+    options.targets.pbuffer = preferences.hideGLRenderWindows;
+    return options;
 }
 
 void copyToWorld(const ImageBuffer& picture, const PF_LayerDef& input, PF_EffectWorld& output,
@@ -83,24 +91,25 @@ PF_Err renderFrame(OrvinApp& app, PF_InData& in, PF_OutData&, ParamArray params,
     state.setPixelAspect(static_cast<float>(ratio(in.pixel_aspect_ratio)));
     RenderParams frame = frameParams(state, in, output);
     const bool draft = in.quality < PF_Quality_HI;
-    if (draft || wantsOpenGl(state)) {
-        // Drafts and the OpenGL methods are drawn by the software renderer until there is an OpenGL
-        // one, and the log says so. A draft must be quick: one sample a pixel.
-        std::fprintf(stderr, "OpenGL is not available: using the Orvinex Renderer.\n");
-        if (draft) frame.setAntiAliasLevel(1);
-    }
-    const auto picture = renderSoftware(*scene, frame);
+    CopyRule rule;
+    rule.compositeOnOriginal = checkboxValue(params, param::kCompositeOnOriginal);
+    rule.keepAlpha = state.keepsAlpha() || (draft && rule.compositeOnOriginal);
+    rule.background = state.viewer.background;
+
+    // A draft is always OpenGL's; which of its renderers, says the method where it is one.
+    Renderer renderer = rendererFor(state.renderMethod);
+    if (draft && !drawsWithOpenGl(renderer)) renderer = Renderer::kHiQualityOpenGl;
+    // Where OpenGL can't, a draft must still be quick: one sample a pixel.
+    if (draft) frame.setAntiAliasLevel(1);
+    const auto picture = renderWith(app.openGl(), *scene, frame,
+                                    openGlOptions(app, renderer, draft, rule.keepAlpha), {});
     if (!picture) {
         if (progress.stopped() == PF_Err_NONE) throw std::bad_alloc();
         return progress.stopped();
     }
     if ((output.world_flags & PF_WorldFlag_WRITEABLE) == 0 || output.data == nullptr)
         return progress.stopped();
-
-    CopyRule rule;
-    rule.compositeOnOriginal = checkboxValue(params, param::kCompositeOnOriginal);
-    rule.keepAlpha = state.keepsAlpha();
-    rule.background = state.viewer.background;
+    rule.colorAsIs = draft && app.openGl().failure().empty();
     copyToWorld(*picture, params[param::kInput]->u.ld, output, rule);
     return progress.stopped();
 }

@@ -6,9 +6,10 @@ namespace orvin {
 namespace {
 
 TEST(PixelCopy, FollowsTheTableOfCases) {
-    const CopyRule composite{true, true, {}};
-    const CopyRule keep{false, true, {}};
-    const CopyRule solid{false, false, {0.5F, 1.0F, 0.0F}};
+    const CopyRule composite{true, true, false, {}};
+    const CopyRule keep{false, true, false, {}};
+    const CopyRule solid{false, false, false, {0.5F, 1.0F, 0.0F}};
+    const CopyRule drawn{false, false, true, {0.5F, 1.0F, 0.0F}};
     struct Case {
         const char* what;
         CopyRule rule;
@@ -49,6 +50,7 @@ TEST(PixelCopy, FollowsTheTableOfCases) {
          {},
          {255, 127, 255, 0}},
         {"solid, half: mixed", solid, {255, 0, 255, 51}, {}, {255, 153, 204, 51}},
+        {"solid, background drawn: colour as it is", drawn, {9, 8, 7, 0}, {}, {255, 9, 8, 7}},
         {"solid, opaque: rendered", solid, {10, 20, 30, 255}, {}, {255, 10, 20, 30}},
     };
     for (const Case& c : cases) {

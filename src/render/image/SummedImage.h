@@ -16,6 +16,7 @@
 
 #include "render/image/ImageBuffer.h"
 #include "render/image/Lanes.h"
+#include "toolkit/Identity.h"
 
 namespace orvin {
 
@@ -31,6 +32,9 @@ class SummedImage {
     bool hasAlpha() const { return hasAlpha_; }
     const std::string& path() const { return path_; }
     void setPath(std::string path) { path_ = std::move(path); }
+
+    /// What caches know the picture by: another one may come under its path.
+    const Identity& identity() const { return identity_; }
 
     /// Average bytes R, G, B, A (truncated) of the pixels x0..x1, y0..y1, both ends included. A is
     /// 255 without alpha. Requires 0 <= x0 <= x1 < width and 0 <= y0 <= y1 < height.
@@ -65,6 +69,7 @@ class SummedImage {
     // neighbour is ever missing; one entry more at the end, as three channels are read by fours.
     std::unique_ptr<std::uint32_t[]> table_;
     std::string path_;
+    Identity identity_;
 };
 
 template <std::size_t kChannels>
