@@ -7,10 +7,13 @@
 #include <set>
 #include <string>
 
+#include "render/CameraX.h"
 #include "render/MaterialX.h"
+#include "render/SoftwareRenderer.h"
 #include "scene/FrameClock.h"
 #include "setup/DefaultScene.h"
 #include "setup/StartUp.h"
+#include "tests/support/Golden.h"
 
 namespace orvin {
 namespace {
@@ -100,6 +103,29 @@ TEST_F(ArtObjects, TheEmblemStandsOut) {
     std::uint32_t revision = 0;
     EXPECT_NEAR(frontArea(*objects[0]->mesh(1, revision)), kPi * (120.0 * 120.0 - 104.0 * 104.0),
                 30.0);
+}
+
+TEST_F(ArtObjects, TheEmblemLooksAsItDid) {
+    AIParser parser(*scene);
+    parser.setFileSpec(kEmblem);
+    ASSERT_TRUE(parser.parse({}));
+    ASSERT_FALSE(makeArtObjects(parser, *style, ArtColors::kOfArt).empty());
+    auto* const camera = scene->memberAs<CameraX>(MemberKind::kCamera, kDefaultCamera);
+    camera->setTarget({320.0, 217.0, -15.0});
+    camera->setDistance(1040.0);
+    camera->setTumble(-26.0, 14.0);
+    RenderParams params;
+    params.width = 240;
+    params.height = 135;
+    params.antiAliasSize = 3;
+    const auto image = renderSoftware(*scene, params);
+    ASSERT_TRUE(image);
+    std::vector<std::uint8_t> bytes(image->rowBytes() * 135);
+    for (int y = 0; y < 135; ++y) {
+        const auto row = static_cast<std::size_t>(y) * image->rowBytes();
+        ASSERT_EQ(image->readRow(y, std::span(bytes).subspan(row, image->rowBytes())), kSuccess);
+    }
+    EXPECT_TRUE(test::matchesGolden("emblem", 240, 135, bytes));
 }
 
 TEST_F(ArtObjects, ColorsBecomeSharedMaterials) {
