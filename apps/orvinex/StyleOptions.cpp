@@ -5,8 +5,10 @@
 
 #include "render/MaterialX.h"
 #include "scene/SceneX.h"
+#include "vector/edges/CustomEdges.h"
 #include "vector/edges/EdgeLibrary.h"
 #include "vector/edges/ProfileL.h"
+#include "vector/illustrator/ProfileI.h"
 
 namespace orvin::orvinex {
 
@@ -24,11 +26,17 @@ std::vector<std::string> splitAtCommas(const std::string& text) {
     return parts;
 }
 
+/// The library's edge, else the custom one beside the program: a project keeps that with its
+/// curves.
 std::string edgeMember(SceneX& scene, const std::string& name) {
-    const ProfileL* const edge = useLibraryEdge(scene, findEdge(name));
+    if (const ProfileL* const edge = useLibraryEdge(scene, findEdge(name))) return edge->name();
+    CustomEdges custom;
+    custom.reload();
+    ProfileI* const edge = custom.find(name);
     if (edge == nullptr)
         throw apps::Failure("no edge is named '" + name + "'; 'orvinex edges' lists them");
-    return edge->name();
+    ImportPolicy asWell;
+    return scene.importMember(*edge, asWell, false)->name();
 }
 
 unsigned partNamed(const std::string& name) {
@@ -74,7 +82,7 @@ void applyColor(const std::string& text, ObjectXStyle& style) {
 
 const std::vector<apps::OptionSpec>& styleOptions() {
     static const std::vector<apps::OptionSpec> options = {
-        {"--edge", "NAME", "edge of the library, by either name (Bevel, Medium)"},
+        {"--edge", "NAME", "edge of the library, by either name, or a custom one (Bevel, Medium)"},
         {"--hole-edge", "NAME", "another edge around holes"},
         {"--depth", "D", "from front to back, in units of the outline (30)"},
         {"--edge-scale", "S", "how far edges stand out, as a factor (1)"},

@@ -54,6 +54,8 @@ TEST_F(CustomEdgesTest, LayersOfAllFilesInOrderOfTheirNames) {
         EXPECT_EQ(paths[0].curves.back().points().back(), (Vec2{0.0, 100.0}));
     }
     EXPECT_EQ(edges.edge(0)->layerName(), "Notch");
+    EXPECT_EQ(edges.find("Ridge"), edges.edge(2));
+    EXPECT_EQ(edges.find("ridge"), nullptr);
     EXPECT_EQ(edges.edge(3), nullptr);
     EXPECT_EQ(edges.edge(-1), nullptr);
 }

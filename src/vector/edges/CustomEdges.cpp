@@ -75,4 +75,8 @@ ProfileI* CustomEdges::edge(int index) const {
         scene_->members(MemberKind::kProfile)[static_cast<std::size_t>(index)]);
 }
 
+ProfileI* CustomEdges::find(std::string_view name) const {
+    return scene_->memberAs<ProfileI>(MemberKind::kProfile, name);
+}
+
 }  // namespace orvin

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string_view>
 
 #include "scene/SceneX.h"
 
@@ -30,6 +31,9 @@ class CustomEdges {
     int count() const;
     /// Null for an index out of range. Named as its layer is, made unique by numbers.
     ProfileI* edge(int index) const;
+
+    /// Null where none has that name.
+    ProfileI* find(std::string_view name) const;
 
     /// The scene "UserEdgeStyles" that holds them; another one after each reload().
     SceneX& scene() { return *scene_; }
