@@ -18,6 +18,7 @@ int resaveCommand(const apps::ParsedOptions& options);
 int infoCommand(const apps::ParsedOptions& options);
 int paramsCommand(const apps::ParsedOptions& options);
 int edgesCommand(const apps::ParsedOptions& options);
+int textCommand(const apps::ParsedOptions& options);
 int sheetCommand(const apps::ParsedOptions& options);
 
 /// Opens the project or throws Failure with the reason.

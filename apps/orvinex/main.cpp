@@ -24,6 +24,25 @@ const std::vector<Command>& commands() {
     static const apps::OptionSpec kOut{"-o", "FILE", "where the result goes"};
     static const apps::OptionSpec kQuiet{"--quiet", "", "no progress bar"};
     static const std::vector<Command> all = {
+        {{"text",
+          "STRING -o OUT.twp",
+          1,
+          1,
+          "makes a project of a text that stands out; \\n in it starts a new line",
+          withStyleOptions(
+              {kOut,
+               {"--font", "FILE",
+                ".ttf, .pfa or .pfb: a path, or the name of an installed file (an installed font)"},
+               {"--justify", "left|center|right", "how lines stand to one another (center)"},
+               {"--leading", "F", "distance of lines as a factor of the font's height (1.2)"},
+               {"--spacing", "F", "added between letters, as a factor of the font's width (0)"},
+               {"--size", "PERCENT", "of letters; the font's height is 100 units at 100 (100)"},
+               turnOption(),
+               kQuiet}),
+          {"orvinex text \"Hello\\nworld\" -o hello.twp",
+           "orvinex text Orvinex --font DejaVuSans-Bold.ttf --edge \"Round, Half\" --depth 40 "
+           "--color 0.9,0.6,0.1 --turn 20,-10 -o logo.twp"}},
+         textCommand},
         {{"outline",
           "FILE.ai -o OUT.twp",
           1,
@@ -181,8 +200,6 @@ int run(const std::vector<std::string>& arguments) {
     for (const Command& command : commands())
         if (command.spec.name == arguments[0])
             return runCommand(command, {arguments.begin() + 1, arguments.end()});
-    for (const char* later : {"text"})
-        if (arguments[0] == later) return fail("'" + arguments[0] + "' isn't there yet");
     std::fprintf(stderr, "%s: no command is named '%s'\n%s", kProgram, arguments[0].c_str(),
                  help.c_str());
     return apps::kExitUsage;

@@ -7,11 +7,16 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace orvin::platform {
 
 /// Folder of the module or program that this code is linked into; where the data folders lie.
 std::filesystem::path moduleFolder();
+
+/// Folders where fonts are installed, the user's own first; some may not exist, all may have
+/// folders of their own.
+std::vector<std::filesystem::path> fontFolders();
 
 /// Free physical memory in bytes; what the renderer may plan with.
 std::uint64_t freePhysicalMemory();

@@ -44,6 +44,11 @@ void FontFile::fontError(std::string_view message) {
     fontReport("%s\n", std::string(message).c_str());
 }
 
+bool isFontFileName(std::string_view path) {
+    const std::string extension = extensionOf(path);
+    return extension == ".ttf" || extension == ".pfa" || extension == ".pfb";
+}
+
 std::string_view fontStatusText(bool error) {
     static constexpr std::array<std::string_view, 2> kTexts = {"Font parsed successfully.",
                                                                "Error parsing font file."};

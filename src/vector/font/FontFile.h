@@ -71,6 +71,9 @@ class FontReader {
     virtual void read(std::string_view path) = 0;
 };
 
+/// True where FontFile has a reader for the file's extension: .ttf, .pfa or .pfb, in any case.
+bool isFontFileName(std::string_view path);
+
 /// Words for a status line: of a font without and with hasError().
 std::string_view fontStatusText(bool error);
 

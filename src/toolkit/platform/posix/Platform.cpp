@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 
@@ -22,6 +23,18 @@ std::filesystem::path moduleFolder() {
     std::error_code error;
     const auto program = std::filesystem::read_symlink("/proc/self/exe", error);
     return error ? std::filesystem::path(".") : program.parent_path();
+}
+
+std::vector<std::filesystem::path> fontFolders() {
+    std::vector<std::filesystem::path> folders;
+    const char* const home = std::getenv("HOME");
+    if (const char* const data = std::getenv("XDG_DATA_HOME"); data != nullptr && *data != '\0')
+        folders.push_back(std::filesystem::path(data) / "fonts");
+    else if (home != nullptr)
+        folders.push_back(std::filesystem::path(home) / ".local/share/fonts");
+    if (home != nullptr) folders.push_back(std::filesystem::path(home) / ".fonts");
+    folders.insert(folders.end(), {"/usr/local/share/fonts", "/usr/share/fonts"});
+    return folders;
 }
 
 std::uint64_t freePhysicalMemory() {

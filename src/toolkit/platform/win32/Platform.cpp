@@ -34,6 +34,18 @@ std::filesystem::path moduleFolder() {
     }
 }
 
+std::vector<std::filesystem::path> fontFolders() {
+    std::vector<std::filesystem::path> folders;
+    wchar_t path[MAX_PATH + 1];
+    const DWORD own = GetEnvironmentVariableW(L"LOCALAPPDATA", path, MAX_PATH + 1);
+    if (own > 0 && own <= MAX_PATH)
+        folders.push_back(std::filesystem::path(path) / L"Microsoft\\Windows\\Fonts");
+    const UINT windows = GetWindowsDirectoryW(path, MAX_PATH + 1);
+    if (windows > 0 && windows <= MAX_PATH)
+        folders.push_back(std::filesystem::path(path) / L"Fonts");
+    return folders;
+}
+
 std::uint64_t freePhysicalMemory() {
     MEMORYSTATUSEX status{};
     status.dwLength = sizeof(status);
