@@ -36,20 +36,19 @@ void addPiece(const FaceView& face, std::span<const int> corners, Mesh3& target)
 }
 
 /// The corners of a face in its plane; the sense of rotation stays. Empty without a plane.
-std::vector<Vec2> flattened(const Mesh3& mesh, int index) {
+void flatten(const Mesh3& mesh, int index, std::vector<Vec2>& points) {
+    points.clear();
     const Vec3 n = mesh.facePlane(index).normal;
-    if (n == Vec3{}) return {};
+    if (n == Vec3{}) return;
     Vec3 first = normalize(std::abs(n.x) <= std::abs(n.z) ? cross(n, {0, 1, 0}) : Vec3{});
     if (first == Vec3{}) first = normalize(cross(n, {0, 0, 1}));
     const Vec3 second = normalize(cross(n, first));
     const FaceView face = mesh.face(index);
     const Vec3 origin = mesh.vertex(face.vertices[0]);
-    std::vector<Vec2> points;
     for (const int v : face.vertices) {
         const Vec3 p = mesh.vertex(v) - origin;
         points.push_back({dot(p, first), dot(p, second)});
     }
-    return points;
 }
 
 bool isConvex(std::span<const Vec2> loop) {
@@ -88,14 +87,24 @@ Mesh3 quadrangulate(const Mesh3& source, int maxSides) {
     return target;
 }
 
-Mesh3 splitConcaveFaces(const Mesh3& source) {
+Mesh3 splitConcaveFaces(Mesh3 source) {
+    std::vector<Vec2> points;
+    const auto isConcave = [&](int face) {
+        const FaceView view = source.face(face);
+        if (view.kind != ElementKind::kPolygon || view.vertices.size() < 4) return false;
+        flatten(source, face, points);
+        return !isConvex(points);
+    };
+    int firstConcave = 0;
+    while (firstConcave < source.faceCount() && !isConcave(firstConcave))
+        ++firstConcave;
+    if (firstConcave == source.faceCount()) return source;
+
     Mesh3 target;
     copyPoints(source, target);
     for (int f = 0; f < source.faceCount(); ++f) {
         const FaceView face = source.face(f);
-        const std::vector<Vec2> points =
-            face.kind == ElementKind::kPolygon ? flattened(source, f) : std::vector<Vec2>{};
-        if (isConvex(points)) {
+        if (f < firstConcave || !isConcave(f)) {
             target.addFace(face.kind, face.material, face.vertices, face.texture, face.normals);
             continue;
         }

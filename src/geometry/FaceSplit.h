@@ -11,6 +11,7 @@ Mesh3 quadrangulate(const Mesh3& source, int maxSides);
 
 /// The mesh with every concave polygon cut into convex ones. Faces that are convex, have no area or
 /// are no polygons stay as they are.
-Mesh3 splitConcaveFaces(const Mesh3& source);
+/// A mesh without concave faces is given back as it is.
+Mesh3 splitConcaveFaces(Mesh3 source);
 
 }  // namespace orvin

@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <numeric>
 
+#include "render/MaterialX.h"
 #include "scene/FrameClock.h"
+#include "scene/SceneX.h"
 #include "toolkit/Progress.h"
 
 namespace orvin {
@@ -44,11 +46,28 @@ int ExportPart::sectionCount() const {
         std::count_if(elements.begin(), elements.end(), [](int n) { return n > 0; }));
 }
 
-std::string ExportPart::groupName(int section) const {
+std::string ExportPart::groupName(int section, std::string_view sectionWord) const {
     std::string text = name;
     if (frame >= 0) text += "-Frm" + std::to_string(frame + 1);
-    if (sectionCount() > 1) text += "-Section " + std::to_string(section + 1);
+    if (sectionCount() > 1) text.append(sectionWord).append(std::to_string(section + 1));
     return text;
+}
+
+const MaterialX* ExportPart::material(int section) const {
+    if (object == nullptr) return nullptr;
+    const auto* const own = dynamic_cast<const MaterialX*>(object->material(section));
+    if (own != nullptr) return own;
+    return object->scene().memberAs<MaterialX>(MemberKind::kMaterial, kDefaultMaterial);
+}
+
+Rgba ExportPart::color(int section) const {
+    const MaterialX* const shown = material(section);
+    return shown != nullptr ? shown->diffuse() : MaterialX::Look{}.diffuse;
+}
+
+std::string ExportPart::materialName(int section) const {
+    const MaterialX* const shown = material(section);
+    return onOneLine(shown != nullptr ? shown->name() : std::string(kDefaultMaterial));
 }
 
 Result countSections(const Mesh3& mesh, ExportPart& part) {
@@ -70,6 +89,7 @@ Result walkExport(std::span<MeshObject* const> objects, const ExportOptions& opt
     const auto visitOnce = [&](MeshObject& object, int frame) {
         ExportPart part;
         part.name = onOneLine(object.name());
+        part.object = &object;
         part.frame = frame;
         std::uint32_t revision = 0;
         part.mesh = object.mesh(options.quality, revision);

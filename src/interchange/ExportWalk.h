@@ -10,10 +10,13 @@
 #include <string_view>
 
 #include "geometry/MeshObject.h"
+#include "render/Rgba.h"
 #include "toolkit/Result.h"
 #include "toolkit/math/Matrix4.h"
 
 namespace orvin {
+
+class MaterialX;
 
 inline constexpr int kExportSections = 6;  // one for each material slot of a mesh
 
@@ -24,7 +27,8 @@ struct ExportOptions {
 
 /// One object at one frame.
 struct ExportPart {
-    std::string name;  // of the object, on one line
+    std::string name;                    // of the object, on one line
+    const MeshObject* object = nullptr;  // null for a mesh by itself
     const Mesh3* mesh = nullptr;
     Matrix4 worldFromObject;
     int frame = -1;                               // from 0; -1 for an object that isn't animated
@@ -35,8 +39,17 @@ struct ExportPart {
     int sectionCount() const;  // sections that are in use
 
     /// The name of a section's group: the object's, "-Frm%d" of an animated one, and
-    /// "-Section %d" where several sections are in use. Numbers from 1.
-    std::string groupName(int section) const;
+    /// "-Section %d" (or what stands for "-Section ") where several sections are in use. Numbers
+    /// from 1.
+    std::string groupName(int section, std::string_view sectionWord = "-Section ") const;
+
+    /// What the renderer would show for the section: its slot's material, else the scene's default
+    /// one. Null where neither is there.
+    const MaterialX* material(int section) const;
+    /// Diffuse colour of that material; that of a new material where there is none.
+    Rgba color(int section) const;
+    /// Name of that material; the default material's where there is none.
+    std::string materialName(int section) const;
 };
 
 using ExportVisitor = std::function<Result(const ExportPart&)>;

@@ -3,8 +3,7 @@
 #include <span>
 #include <utility>
 
-#include "scene/SceneX.h"
-#include "toolkit/platform/Platform.h"
+#include "interchange/ImportedGroups.h"
 
 namespace orvin {
 
@@ -110,18 +109,14 @@ std::vector<Mesh3> splitByGroup(ImportedModel&& model) {
 
 std::vector<ObjectP*> addToScene(SceneX& scene, ImportedModel&& model,
                                  const std::filesystem::path& path, ModelFileType type) {
-    const std::vector<std::string> names = model.groups;
+    ImportedGroups groups;
+    groups.groups.resize(model.groups.size());
+    for (std::size_t g = 0; g < model.groups.size(); ++g)
+        groups.groups[g].name = std::move(model.groups[g]);
     std::vector<Mesh3> meshes = splitByGroup(std::move(model));
-    std::vector<ObjectP*> made;
-    for (std::size_t g = 0; g < meshes.size(); ++g) {
-        auto& object = scene.make<ObjectP>(scene.uniqueName(names[g]));
-        object.setFileName(platform::textFromPath(path));
-        object.setFileType(type);
-        object.setOriginalName(names[g]);
-        object.setMesh(std::move(meshes[g]));
-        made.push_back(&object);
-    }
-    return made;
+    for (std::size_t g = 0; g < meshes.size(); ++g)
+        groups.groups[g].mesh = std::move(meshes[g]);
+    return addToScene(scene, std::move(groups), path, type);
 }
 
 }  // namespace orvin

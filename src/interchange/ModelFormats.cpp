@@ -1,11 +1,20 @@
 #include "interchange/ModelFormats.h"
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <utility>
 
 #include "geometry/ModelHooks.h"
+#include "interchange/Cinema4d.h"
 #include "interchange/ObjReader.h"
 #include "interchange/ObjWriter.h"
+#include "interchange/dxf/DxfReader.h"
+#include "interchange/dxf/DxfWriter.h"
+#include "interchange/fact/FactReader.h"
+#include "interchange/fact/FactWriter.h"
+#include "interchange/lightwave/LwoReader.h"
+#include "interchange/lightwave/LwoWriter.h"
 #include "scene/SceneX.h"
 #include "toolkit/Questions.h"
 #include "toolkit/platform/Platform.h"
@@ -14,17 +23,34 @@ namespace orvin {
 
 namespace {
 
+using Reader = Result (*)(SceneX& scene, const std::filesystem::path& path,
+                          std::vector<ObjectP*>* made);
+using Writer = Result (*)(const std::filesystem::path& path, std::span<MeshObject* const> objects,
+                          const ExportOptions& options);
+
 struct Format {
     std::string_view extension;
     ModelFileType type;
+    Reader read = nullptr;  // null: told by its extension and refused
+    Writer write = nullptr;
 };
 constexpr Format kFormats[] = {
-    {".obj", ModelFileType::kObj}, {".fac", ModelFileType::kFact}, {".c4d", ModelFileType::kC4d},
-    {".dxf", ModelFileType::kDxf}, {".lwo", ModelFileType::kLwo},
+    {".obj", ModelFileType::kObj, importObj, writeObj},
+    {".fac", ModelFileType::kFact, importFact, writeFact},
+    {".c4d", ModelFileType::kC4d},
+    {".dxf", ModelFileType::kDxf, importDxf, writeDxf},
+    {".lwo", ModelFileType::kLwo, importLwo, writeLwo},
 };
 
 constexpr std::string_view kFilePattern = "*.obj;*.fac;*.c4d;*.dxf;*.lwo";
 constexpr ModelFileType kUnknownFormat = ModelFileType::kLwo;  // what a wrong extension leaves
+constexpr std::string_view kFormatsThatWork = "OBJ, DXF, LightWave and FACT files work.";
+
+const Format* formatOf(ModelFileType type) {
+    const auto* const found = std::find_if(std::begin(kFormats), std::end(kFormats),
+                                           [type](const Format& f) { return f.type == type; });
+    return found != std::end(kFormats) ? found : nullptr;
+}
 
 std::string lastFourLowered(const std::filesystem::path& path) {
     std::string name = platform::textFromPath(path.filename());
@@ -42,12 +68,20 @@ void reportUnknownExtension(const std::filesystem::path& path) {
         false);
 }
 
-Result reportUnsupported(const char* what, ModelFileType format,
-                         const std::filesystem::path& path) {
-    std::string text = std::string(modelFileTypeWord(format)) + " files can't be " + what +
-                       " yet: '" + platform::textFromPath(path) + "'. Use OBJ instead.";
-    questions().showMessage(text, false);
+Result reportUnsupported(const std::filesystem::path& path, std::string_view why) {
+    questions().showMessage("'" + platform::textFromPath(path) + "' " + std::string(why) + ' ' +
+                                std::string(kFormatsThatWork),
+                            false);
     return kFailure;
+}
+
+Result refuseReading(ModelFileType type, const std::filesystem::path& path) {
+    if (type != ModelFileType::kC4d)
+        return reportUnsupported(path, "is of no format that is read.");
+    if (isCinema4dFile(path))
+        return reportUnsupported(
+            path, "is a Cinema 4D file, a format that isn't published and can't be read.");
+    return reportUnsupported(path, "can't be read, and is no Cinema 4D file either.");
 }
 
 }  // namespace
@@ -59,12 +93,14 @@ std::optional<ModelFileType> modelFormatOf(const std::filesystem::path& path) {
     return std::nullopt;
 }
 
-bool canReadModels(ModelFileType format) {
-    return format == ModelFileType::kObj;
+bool canReadModels(ModelFileType type) {
+    const Format* const format = formatOf(type);
+    return format != nullptr && format->read != nullptr;
 }
 
-bool canWriteModels(ModelFileType format) {
-    return format == ModelFileType::kObj;
+bool canWriteModels(ModelFileType type) {
+    const Format* const format = formatOf(type);
+    return format != nullptr && format->write != nullptr;
 }
 
 Result chooseImportFile(std::filesystem::path& path, ModelFileType& format) {
@@ -78,10 +114,10 @@ Result chooseImportFile(std::filesystem::path& path, ModelFileType& format) {
     return kFailure;
 }
 
-Result importModel(SceneX& scene, const std::filesystem::path& path, ModelFileType format,
+Result importModel(SceneX& scene, const std::filesystem::path& path, ModelFileType type,
                    std::vector<ObjectP*>* made) {
-    if (!canReadModels(format)) return reportUnsupported("read", format, path);
-    return importObj(scene, path, made);
+    if (!canReadModels(type)) return refuseReading(type, path);
+    return formatOf(type)->read(scene, path, made);
 }
 
 Result importModel(SceneX& scene, const std::filesystem::path& path, std::vector<ObjectP*>* made) {
@@ -92,15 +128,18 @@ Result importModel(SceneX& scene, const std::filesystem::path& path, std::vector
 
 Result exportModel(const std::filesystem::path& path, std::span<MeshObject* const> objects,
                    const ExportOptions& options) {
-    const auto format = modelFormatOf(path);
-    if (!format) {
+    const auto type = modelFormatOf(path);
+    if (!type) {
         questions().showMessage("Unable to export to a file with extension: " +
-                                    platform::textFromPath(path.extension()) + ". Use .obj.",
+                                    platform::textFromPath(path.extension()) +
+                                    ". Use .obj, .dxf, .lwo or .fac.",
                                 false);
         return kFailure;
     }
-    if (!canWriteModels(*format)) return reportUnsupported("written", *format, path);
-    return writeObj(path, objects, options);
+    if (!canWriteModels(*type))
+        return reportUnsupported(
+            path, "would be a Cinema 4D file, a format that isn't published and can't be written.");
+    return formatOf(*type)->write(path, objects, options);
 }
 
 std::vector<MeshObject*> objectsToExport(SceneX& scene, bool selectedOnly) {

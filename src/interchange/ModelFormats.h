@@ -19,10 +19,10 @@ class SceneX;
 /// letters of either case); nothing for another name.
 std::optional<ModelFileType> modelFormatOf(const std::filesystem::path& path);
 
-/// True where this build reads (and writes) the format. Only OBJ so far; the others answer with a
-/// message to the user.
-bool canReadModels(ModelFileType format);
-bool canWriteModels(ModelFileType format);
+/// True where the format is read (and written). Cinema 4D isn't: a message to the user says so and
+/// names the formats that are.
+bool canReadModels(ModelFileType type);
+bool canWriteModels(ModelFileType type);
 
 /// Asks the user for a file. 0 with both values, -1 when the user cancels, and -1 with a message
 /// and `format` at 4 for an extension that isn't known.
@@ -30,7 +30,7 @@ Result chooseImportFile(std::filesystem::path& path, ModelFileType& format);
 
 /// Reads a file into the scene: one ObjectP per group of the file; `made` (if not null) gets them.
 /// -1, and nothing added, on failure, with a message that says why.
-Result importModel(SceneX& scene, const std::filesystem::path& path, ModelFileType format,
+Result importModel(SceneX& scene, const std::filesystem::path& path, ModelFileType type,
                    std::vector<ObjectP*>* made = nullptr);
 
 /// The same with the format of the extension; the message of chooseImportFile for an unknown one.

@@ -7,10 +7,9 @@
 #include <unordered_map>
 
 #include "geometry/SmoothNormals.h"
-#include "render/image/FileBytes.h"
+#include "interchange/ModelFile.h"
 #include "toolkit/Numbers.h"
 #include "toolkit/Progress.h"
-#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
@@ -244,11 +243,8 @@ Result parseObj(std::string_view text, ImportedModel& model) {
 }
 
 Result readObj(const std::filesystem::path& path, ImportedModel& model) {
-    const auto bytes = readWholeFile(path);
-    if (!bytes) {
-        std::fprintf(stderr, "Cannot open '%s'.\n", platform::textFromPath(path).c_str());
-        return kFailure;
-    }
+    const auto bytes = readModelFile(path);
+    if (!bytes) return kFailure;
     const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
     if (parseObj(text, model) != kSuccess) return kFailure;
     completeNormals(model.mesh, defaultHardShadingAngle());

@@ -1,82 +1,18 @@
 #include "interchange/ObjWriter.h"
 
 #include <cstdio>
-#include <cstring>
-#include <vector>
+#include <functional>
 
-#include "scene/FileAccess.h"
-#include "toolkit/Numbers.h"
+#include "interchange/ModelFile.h"
+#include "interchange/TextOutput.h"
 #include "toolkit/Progress.h"
-#include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
 namespace {
 
 constexpr std::string_view kWriterName = "write_obj";
-constexpr std::size_t kBlockSize = 256 * 1024;
-constexpr std::size_t kItemRoom = 4 * kMaxNumberText;  // for the longest point or corner
 constexpr int kLinesPerTick = 5000;
-
-/// Text on its way to a file, in one block of memory.
-class TextOutput {
-  public:
-    TextOutput(std::FILE* file, std::string_view lineEnd)
-        : file_(file), lineEnd_(lineEnd), block_(kBlockSize) {}
-
-    TextOutput& text(std::string_view bytes) {
-        while (!bytes.empty()) {
-            makeRoom(1);
-            const std::size_t n = std::min(bytes.size(), block_.size() - size_);
-            std::memcpy(block_.data() + size_, bytes.data(), n);
-            size_ += n;
-            bytes.remove_prefix(n);
-        }
-        return *this;
-    }
-    TextOutput& character(char c) {
-        makeRoom(1);
-        block_[size_++] = c;
-        return *this;
-    }
-    TextOutput& whole(long long value) {
-        makeRoom(kItemRoom);
-        return advance(writeWhole(next(), value));
-    }
-    TextOutput& endLine() { return text(lineEnd_); }
-
-    void point(std::string_view keyword, Vec3 p) {
-        text(keyword);
-        makeRoom(kItemRoom);
-        for (int axis = 0; axis < 3; ++axis) {
-            block_[size_++] = ' ';
-            advance(writeFixed(next(), p[axis]));
-        }
-        endLine();
-    }
-
-    void flush() {
-        if (std::fwrite(block_.data(), 1, size_, file_) != size_) failed_ = true;
-        size_ = 0;
-    }
-    bool failed() const { return failed_; }
-
-  private:
-    char* next() { return block_.data() + size_; }
-    TextOutput& advance(const char* end) {
-        size_ = static_cast<std::size_t>(end - block_.data());
-        return *this;
-    }
-    void makeRoom(std::size_t bytes) {
-        if (block_.size() - size_ < bytes) flush();
-    }
-
-    std::FILE* file_;
-    std::string_view lineEnd_;
-    std::vector<char> block_;
-    std::size_t size_ = 0;
-    bool failed_ = false;
-};
 
 class ObjWriter {
   public:
@@ -132,10 +68,17 @@ class ObjWriter {
         if (list.empty()) return true;
         out_.text("#").endLine();
         for (const Vec3 p : list) {
-            out_.point(keyword, convert(p));
+            point(keyword, convert(p));
             if (!tick()) return false;
         }
         return true;
+    }
+
+    void point(std::string_view keyword, Vec3 p) {
+        out_.text(keyword);
+        for (int axis = 0; axis < 3; ++axis)
+            out_.character(' ').fixed(p[axis]);
+        out_.endLine();
     }
 
     Result elements(const Mesh3& mesh, int section, bool mirrored) {
@@ -172,20 +115,12 @@ class ObjWriter {
     long long lines_ = 0;
 };
 
-// Opens, lets `write` fill the file, and puts it in its place.
 Result writeFile(const std::filesystem::path& path, std::string_view lineEnd,
                  const std::function<Result(ObjWriter&)>& write) {
-    FileAccess file;
-    if (file.open(path, FileAccess::Mode::kReplace) != kSuccess) {
-        std::fprintf(stderr, "Cannot open '%s'.\n", platform::textFromPath(path).c_str());
-        return kFailure;
-    }
-    ObjWriter writer(file.file(), lineEnd);
-    if (write(writer) != kSuccess) return kFailure;
-    if (writer.finish() == kSuccess && file.commit() == kSuccess) return kSuccess;
-    std::fprintf(stderr, "%s: cannot write '%s'.\n", std::string(kWriterName).c_str(),
-                 platform::textFromPath(path).c_str());
-    return kFailure;
+    return writeModelFile(path, kWriterName, [&](std::FILE* file) {
+        ObjWriter writer(file, lineEnd);
+        return write(writer) == kSuccess ? writer.finish() : kFailure;
+    });
 }
 
 }  // namespace

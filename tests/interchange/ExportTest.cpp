@@ -5,90 +5,15 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
-#include "geometry/GeometryClasses.h"
 #include "interchange/ModelFormats.h"
 #include "interchange/ObjWriter.h"
 #include "scene/FrameClock.h"
-#include "scene/SceneX.h"
-#include "toolkit/Questions.h"
+#include "tests/interchange/ModelFixture.h"
 
 namespace orvin {
 namespace {
-
-namespace fs = std::filesystem;
-
-class ScriptedQuestions final : public HeadlessQuestions {
-  public:
-    void showMessage(std::string_view text, bool) override { messages += text; }
-    std::optional<fs::path> openFile(std::string_view title, std::string_view) override {
-        lastTitle = title;
-        return answer;
-    }
-    std::optional<fs::path> saveFile(std::string_view title, std::string_view) override {
-        lastTitle = title;
-        return answer;
-    }
-    std::string messages;
-    std::string lastTitle;
-    std::optional<fs::path> answer;
-};
-
-class ModelFiles : public testing::Test {
-  protected:
-    void SetUp() override {
-        registerGeometryClasses();
-        folder_ = fs::path(testing::TempDir()) /
-                  (std::string("orvin-models-") +
-                   testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
-        before_ = setQuestions(&questions_);
-    }
-    void TearDown() override {
-        setQuestions(before_);
-        fs::remove_all(folder_);
-    }
-
-    fs::path file(std::string_view name, std::string_view text) const {
-        const fs::path path = folder_ / name;
-        std::ofstream(path, std::ios::binary) << text;
-        return path;
-    }
-    static std::string contents(const fs::path& path) {
-        std::ifstream in(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(in), {}};
-    }
-    std::size_t filesInFolder() const {
-        return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder_), {}));
-    }
-
-    ObjectP& triangle(std::string_view name, std::initializer_list<int> materials) {
-        Mesh3 mesh;
-        for (const Vec3 p : {Vec3{0, 0, 0}, {1, 0, 0}, {0, 1, 0}})
-            mesh.addVertex(p);
-        mesh.addTexVertex({0.5, 0.25, 0});
-        mesh.addNormal({0, 0, 1});
-        const std::array<int, 3> zeros{0, 0, 0};
-        bool textured = true;
-        for (const int material : materials) {
-            mesh.addFace(ElementKind::kPolygon, material, std::array<int, 3>{0, 1, 2},
-                         textured ? std::span<const int>(zeros) : std::span<const int>(), zeros);
-            textured = false;
-        }
-        auto& object = scene_.make<ObjectP>(name);
-        object.setMesh(std::move(mesh));
-        return object;
-    }
-
-    SceneX scene_;
-    fs::path folder_;
-    ScriptedQuestions questions_;
-    Questions* before_ = nullptr;
-};
 
 TEST_F(ModelFiles, ExtensionTellsTheFormat) {
     EXPECT_EQ(modelFormatOf("a/b/Model.OBJ"), ModelFileType::kObj);
@@ -110,18 +35,25 @@ TEST_F(ModelFiles, ExtensionTellsTheFormat) {
     EXPECT_EQ(format, ModelFileType::kObj);
 }
 
-TEST_F(ModelFiles, FormatsThatAreNotThereSaySo) {
-    for (const char* name : {"a.fac", "a.c4d", "a.dxf", "a.lwo"}) {
+TEST_F(ModelFiles, Cinema4dIsKnownAndRefused) {
+    struct {
+        std::string_view head;
+        bool known;
+    } const cases[] = {{"FORM\1\2\3\4MC50....", true}, {"DOK5", true}, {"o ball", false}};
+    for (const auto& c : cases) {
         questions_.messages.clear();
-        const fs::path path = file(name, "old");
+        const fs::path path = file("a.c4d", c.head);
         EXPECT_EQ(importModel(scene_, path), kFailure);
-        auto& object = triangle(name, {0});
-        MeshObject* const objects[] = {&object};
-        EXPECT_EQ(exportModel(path, objects), kFailure);
-        EXPECT_NE(questions_.messages.find("files can't be read yet"), std::string::npos);
-        EXPECT_NE(questions_.messages.find("files can't be written yet"), std::string::npos);
-        EXPECT_EQ(contents(path), "old");
+        EXPECT_EQ(questions_.messages.find("is a Cinema 4D file") != std::string::npos, c.known);
+        EXPECT_NE(questions_.messages.find("OBJ, DXF, LightWave and FACT files work"),
+                  std::string::npos);
     }
+    questions_.messages.clear();
+    MeshObject* const objects[] = {&triangle("t", {0})};
+    const fs::path path = file("b.c4d", "old");
+    EXPECT_EQ(exportModel(path, objects), kFailure);
+    EXPECT_NE(questions_.messages.find("can't be written"), std::string::npos);
+    EXPECT_EQ(contents(path), "old");
 }
 
 TEST_F(ModelFiles, ImportMakesAnObjectPerGroupUnderFreshNames) {

@@ -1,0 +1,259 @@
+// LWO2: layers of points, polygons, maps and tags. Polygons are made when the last chunk that
+// belongs to their points has been seen, since maps and tags may stand before or behind them.
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "interchange/lightwave/LwoChunks.h"
+#include "interchange/lightwave/LwoFormat.h"
+#include "toolkit/Progress.h"
+
+namespace orvin::lwo {
+
+namespace {
+
+constexpr int kPolygonsPerTick = 5000;
+constexpr std::uint16_t kNoTag = 0xFFFF;
+
+class Lwo2Reader {
+  public:
+    Lwo2Reader(Layer& layer, Surfaces& surfaces) : layer_(layer), surfaces_(surfaces) {}
+
+    Result run(Bytes chunks) {
+        for (ByteReader in(chunks); !in.atEnd();)
+            if (const Chunk chunk = in.chunk(); chunk.id == kTags) surfaces_.addNames(chunk.body);
+        for (ByteReader in(chunks); !in.atEnd();)
+            if (this->chunk(in.chunk()) != kSuccess) return kFailure;
+        return finishLayer();
+    }
+
+  private:
+    /// What a polygon says of the texture of one of its points.
+    struct OwnTexture {
+        std::uint32_t polygon = 0;
+        std::uint32_t point = 0;
+        int texture = 0;
+
+        friend bool operator<(const OwnTexture& a, const OwnTexture& b) {
+            return std::pair(a.polygon, a.point) < std::pair(b.polygon, b.point);
+        }
+    };
+
+    Result chunk(const Chunk& chunk) {
+        switch (chunk.id) {
+            case kLayer:
+                if (finishLayer() != kSuccess) return kFailure;
+                startLayer(chunk.body);
+                return kSuccess;
+            case kPoints:
+                if (finishPoints() != kSuccess) return kFailure;
+                first_ = layer_.addPoints(chunk.body);
+                count_ = layer_.mesh().vertexCount() - first_;
+                return kSuccess;
+            case kVertexMap:
+                vertexMap(chunk.body);
+                return kSuccess;
+            case kPolygons:
+            case kPolygonTags:
+            case kDiscontinuousMap:
+                pending_.push_back(chunk);
+                return kSuccess;
+            case kSurface:
+                surface(chunk.body);
+                return kSuccess;
+            default:
+                return kSuccess;
+        }
+    }
+
+    void startLayer(Bytes body) {
+        ByteReader in(body);
+        in.take(2 + 2 + kPointBytes);  // number, flags, pivot
+        layer_.setName(in.text());
+    }
+
+    Result finishLayer() {
+        if (finishPoints() != kSuccess) return kFailure;
+        layer_.finish();
+        return kSuccess;
+    }
+
+    /// Makes the polygons of the points that came last.
+    Result finishPoints() {
+        for (std::size_t i = 0; i < pending_.size(); ++i) {
+            if (pending_[i].id != kPolygons) continue;
+            std::size_t end = i + 1;
+            while (end < pending_.size() && pending_[end].id != kPolygons)
+                ++end;
+            if (polygons(pending_[i].body, std::span(pending_).subspan(i + 1, end - i - 1)) !=
+                kSuccess)
+                return kFailure;
+        }
+        pending_.clear();
+        textureOf_.clear();
+        count_ = 0;
+        return kSuccess;
+    }
+
+    // ---- maps and tags
+
+    /// Reads type, dimension and name of a map; true if it holds texture coordinates.
+    static bool isTextureMap(ByteReader& in) {
+        const std::uint32_t type = in.u32();
+        const std::uint16_t dimension = in.u16();
+        in.text();
+        return type == kTextureMap && dimension == 2 && !in.failed();
+    }
+
+    int addTexture(ByteReader& in) {
+        const double u = in.f32();
+        return layer_.mesh().addTexVertex({u, in.f32(), 0.0});
+    }
+
+    void vertexMap(Bytes body) {
+        ByteReader in(body);
+        if (!isTextureMap(in)) return;
+        textureOf_.resize(static_cast<std::size_t>(count_), kNoTexture);
+        while (!in.atEnd()) {
+            const std::uint32_t point = index(in);
+            ByteReader values(in.take(8));
+            if (in.failed()) return;
+            if (point >= textureOf_.size() || textureOf_[point] != kNoTexture) continue;
+            textureOf_[point] = addTexture(values);
+        }
+    }
+
+    void discontinuousMap(Bytes body) {
+        ByteReader in(body);
+        if (!isTextureMap(in)) return;
+        while (!in.atEnd()) {
+            const std::uint32_t point = index(in);
+            const std::uint32_t polygon = index(in);
+            ByteReader values(in.take(8));
+            if (in.failed()) return;
+            if (point < static_cast<std::uint32_t>(count_))
+                ownTextures_.push_back({polygon, point, addTexture(values)});
+        }
+    }
+
+    void polygonTags(Bytes body) {
+        ByteReader in(body);
+        if (in.u32() != kSurface) return;
+        while (!in.atEnd()) {
+            const std::uint32_t polygon = index(in);
+            const std::uint16_t tag = in.u16();
+            if (in.failed()) return;
+            if (polygon >= tags_.size()) tags_.resize(polygon + 1, kNoTag);
+            tags_[polygon] = tag;
+        }
+    }
+
+    // ---- polygons
+
+    Result polygons(Bytes body, std::span<const Chunk> properties) {
+        ByteReader in(body);
+        const std::uint32_t type = in.u32();
+        const bool curves = type == kCurve;
+        if (!curves && type != kFaces && type != kSubPatch && type != kSubDivision) return kSuccess;
+        tags_.clear();
+        ownTextures_.clear();
+        for (const Chunk& chunk : properties) {
+            if (chunk.id == kPolygonTags)
+                polygonTags(chunk.body);
+            else
+                discontinuousMap(chunk.body);
+        }
+        std::stable_sort(ownTextures_.begin(), ownTextures_.end());
+
+        auto own = ownTextures_.begin();
+        for (std::uint32_t polygon = 0; !in.atEnd(); ++polygon) {
+            if (polygon % kPolygonsPerTick == 0 && pollProgress(static_cast<int>(polygon), 0) != 0)
+                return kFailure;
+            const std::size_t count = in.u16() & kMaxCorners;  // flags stand above
+            const bool valid = readCorners(in, count);
+            while (own != ownTextures_.end() && own->polygon < polygon)
+                ++own;
+            if (in.failed() || !valid || count == 0) continue;
+            findTexture({own, ownTextures_.end()}, polygon);
+            const std::uint16_t tag = polygon < tags_.size() ? tags_[polygon] : kNoTag;
+            const std::uint32_t surface = tag == kNoTag ? Surfaces::kNone : tag;
+            if (curves)
+                layer_.addCurve(corners_, surface);
+            else
+                layer_.addPolygon(corners_, texture_, surface);
+        }
+        return kSuccess;
+    }
+
+    bool readCorners(ByteReader& in, std::size_t count) {
+        corners_.clear();
+        bool valid = true;
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::uint32_t point = index(in);
+            valid = valid && point < static_cast<std::uint32_t>(count_);
+            corners_.push_back(first_ + static_cast<int>(point));
+        }
+        return valid;
+    }
+
+    /// Texture vertices of the corners, the polygon's own or their points'; none unless all have.
+    void findTexture(std::span<const OwnTexture> own, std::uint32_t polygon) {
+        texture_.clear();
+        if (textureOf_.empty() && own.empty()) return;
+        for (const int corner : corners_) {
+            const auto point = static_cast<std::uint32_t>(corner - first_);
+            int texture = point < textureOf_.size() ? textureOf_[point] : kNoTexture;
+            if (!own.empty() && own.front().polygon == polygon) {
+                const auto found =
+                    std::lower_bound(own.begin(), own.end(), OwnTexture{polygon, point, 0});
+                if (found != own.end() && found->polygon == polygon && found->point == point)
+                    texture = found->texture;
+            }
+            if (texture == kNoTexture) {
+                texture_.clear();
+                return;
+            }
+            texture_.push_back(texture);
+        }
+    }
+
+    void surface(Bytes body) {
+        ByteReader in(body);
+        const std::string_view name = in.text();
+        in.text();  // of the surface that this one is derived from
+        Surfaces::Look look;
+        while (!in.atEnd()) {
+            const Chunk part = in.subChunk();
+            ByteReader value(part.body);
+            if (part.id == kColor && part.body.size() >= kPointBytes)
+                for (std::size_t i = 0; i < 3; ++i)
+                    look.color[i] = static_cast<float>(value.f32());
+            else if (part.id == kTransparency)
+                look.transparency = value.f32();
+        }
+        surfaces_.setLook(name, look);
+    }
+
+    static constexpr int kNoTexture = -1;
+
+    Layer& layer_;
+    Surfaces& surfaces_;
+    // Of the points that came last:
+    int first_ = 0;  // point of the mesh that their point 0 is
+    int count_ = 0;
+    std::vector<int> textureOf_;  // of each; empty where no map was seen
+    std::vector<Chunk> pending_;  // polygons, and tags and maps behind those that they belong to
+    // Of the polygons that are being made:
+    std::vector<std::uint16_t> tags_;
+    std::vector<OwnTexture> ownTextures_;  // sorted
+    std::vector<int> corners_;
+    std::vector<int> texture_;
+};
+
+}  // namespace
+
+Result readLwo2Chunks(Bytes chunks, Layer& layer, Surfaces& surfaces) {
+    return Lwo2Reader(layer, surfaces).run(chunks);
+}
+
+}  // namespace orvin::lwo

@@ -1,0 +1,107 @@
+#include "interchange/lightwave/LwoLayer.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "geometry/FaceSplit.h"
+#include "interchange/ImportedModel.h"
+#include "interchange/lightwave/LwoFormat.h"
+#include "interchange/lightwave/LwoReader.h"
+
+namespace orvin::lwo {
+
+namespace {
+
+constexpr int kSlots = ObjectP::kMaterialCount;
+constexpr int kMaxSurfaces = 100 * kSlots;  // of one layer; further ones join the last
+
+}  // namespace
+
+int Layer::addPoints(Bytes points) {
+    const int first = mesh_.vertexCount();
+    const std::size_t count = points.size() / kPointBytes;
+    if (first == 0) mesh_.reserve(count, 0, 0, 0, 0);
+    ByteReader in(points);
+    for (std::size_t i = 0; i < count; ++i) {
+        const double x = in.f32();
+        const double y = in.f32();
+        mesh_.addVertex({x, y, 0.0 - in.f32()});
+    }
+    return first;
+}
+
+int Layer::localSurface(std::uint32_t surface) {
+    const auto [found, isNew] = numbers_.emplace(surface, static_cast<int>(materials_.size()));
+    if (!isNew) return found->second;
+    if (static_cast<int>(materials_.size()) == kMaxSurfaces) {
+        numbers_.erase(found);
+        return kMaxSurfaces - 1;
+    }
+    materials_.push_back(surfaces_.material(surface));
+    return found->second;
+}
+
+void Layer::addPolygon(std::span<const int> corners, std::span<const int> texture,
+                       std::uint32_t surface) {
+    const int number = localSurface(surface);
+    if (corners.size() == 1) {
+        if (number != pointSurface_) finishPoints();
+        pointSurface_ = number;
+        points_.push_back(corners[0]);
+        return;
+    }
+    finishPoints();
+    corners_.assign(corners.rbegin(), corners.rend());
+    texture_.assign(texture.rbegin(), texture.rend());
+    const ElementKind kind = corners.size() == 2 ? ElementKind::kLine : ElementKind::kPolygon;
+    mesh_.addFace(kind, number, corners_, texture_);
+}
+
+void Layer::addCurve(std::span<const int> corners, std::uint32_t surface) {
+    finishPoints();
+    mesh_.addFace(ElementKind::kLine, localSurface(surface), corners);
+}
+
+void Layer::finishPoints() {
+    mesh_.addFace(ElementKind::kPointList, pointSurface_, points_);
+    points_.clear();
+}
+
+void Layer::finish() {
+    finishPoints();
+    if (mesh_.faceCount() > 0 || mesh_.vertexCount() > 0) {
+        Mesh3 whole = splitConcaveFaces(std::exchange(mesh_, {}));
+        const auto count = static_cast<int>(materials_.size());
+        if (count <= kSlots) {
+            give(withoutUnusedPoints(std::move(whole)), materials_);
+        } else {
+            ImportedModel parts;
+            parts.groups.resize(static_cast<std::size_t>((count + kSlots - 1) / kSlots));
+            for (int i = 0; i < whole.faceCount(); ++i) {
+                const int number = whole.face(i).material;
+                parts.faceGroups.push_back(static_cast<std::uint32_t>(number / kSlots));
+                whole.setMaterial(i, number % kSlots);
+            }
+            parts.mesh = std::move(whole);
+            std::span<const int> left = materials_;
+            for (Mesh3& mesh : splitByGroup(std::move(parts))) {
+                const auto own = left.first(std::min<std::size_t>(left.size(), kSlots));
+                left = left.subspan(own.size());
+                give(std::move(mesh), own);
+            }
+        }
+    }
+    name_.clear();
+    materials_.clear();
+    numbers_.clear();
+}
+
+void Layer::give(Mesh3 mesh, std::span<const int> materials) {
+    ImportedGroup group;
+    group.name = name_.empty() ? std::string(kLwoDefaultGroup) : name_;
+    group.mesh = std::move(mesh);
+    std::copy(materials.begin(), materials.end(), group.materials.begin());
+    model_.add(std::move(group));
+}
+
+}  // namespace orvin::lwo

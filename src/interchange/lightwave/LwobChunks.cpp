@@ -1,0 +1,109 @@
+// LWOB: one list of points, polygons with their surface behind their corners.
+#include <cstdlib>
+#include <vector>
+
+#include "interchange/lightwave/LwoChunks.h"
+#include "interchange/lightwave/LwoFormat.h"
+#include "toolkit/Progress.h"
+
+namespace orvin::lwo {
+
+namespace {
+
+constexpr int kPolygonsPerTick = 5000;
+
+class LwobReader {
+  public:
+    LwobReader(Layer& layer, Surfaces& surfaces) : layer_(layer), surfaces_(surfaces) {}
+
+    Result run(Bytes chunks) {
+        // Polygons first name their surfaces when those are known: names may stand behind them.
+        for (ByteReader in(chunks); !in.atEnd();)
+            if (const Chunk chunk = in.chunk(); chunk.id == kSurfaceNames)
+                surfaces_.addNames(chunk.body);
+        for (ByteReader in(chunks); !in.atEnd();)
+            if (this->chunk(in.chunk()) != kSuccess) return kFailure;
+        layer_.finish();
+        return kSuccess;
+    }
+
+  private:
+    Result chunk(const Chunk& chunk) {
+        switch (chunk.id) {
+            case kPoints:
+                first_ = layer_.addPoints(chunk.body);
+                return kSuccess;
+            case kPolygons:
+            case kPatches:
+                return polygons(chunk.body, false);
+            case kCurves:
+                return polygons(chunk.body, true);
+            case kSurface:
+                surface(chunk.body);
+                return kSuccess;
+            default:
+                return kSuccess;
+        }
+    }
+
+    Result polygons(Bytes body, bool curves) {
+        ByteReader in(body);
+        for (int i = 0; !in.atEnd(); ++i) {
+            if (i % kPolygonsPerTick == 0 && pollProgress(i, 0) != 0) return kFailure;
+            const int points = layer_.mesh().vertexCount() - first_;
+            const std::size_t count = in.u16();
+            bool valid = count <= in.rest() / 2;
+            corners_.clear();
+            ByteReader indices(in.take(2 * count));
+            while (valid && !indices.atEnd()) {
+                const int index = indices.u16();
+                valid = index < points;
+                corners_.push_back(first_ + index);
+            }
+            const int surface = in.i16();
+            if (curves)
+                in.u16();  // which ends are only there for direction
+            else if (surface < 0)
+                in.u16();  // how many details lie on it: polygons like others, which follow
+            if (in.failed() || !valid || corners_.empty()) continue;
+            const auto number = static_cast<std::uint32_t>(std::abs(surface)) - 1;  // from 1
+            if (curves)
+                layer_.addCurve(corners_, number);
+            else
+                layer_.addPolygon(corners_, {}, number);
+        }
+        return kSuccess;
+    }
+
+    void surface(Bytes body) {
+        ByteReader in(body);
+        const std::string_view name = in.text();
+        Surfaces::Look look;
+        while (!in.atEnd()) {
+            const Chunk part = in.subChunk();
+            ByteReader value(part.body);
+            if (part.id == kColor) {
+                for (std::size_t i = 0; i < 3; ++i)
+                    look.color[i] = static_cast<float>(value.u8()) / 255.0F;
+            } else if (part.id == kTransparency) {
+                look.transparency = value.u16() / 256.0;
+            } else if (part.id == kExactTransparency) {
+                look.transparency = value.f32();
+            }
+        }
+        surfaces_.setLook(name, look);
+    }
+
+    Layer& layer_;
+    Surfaces& surfaces_;
+    int first_ = 0;  // point of the mesh that the file's point 0 is
+    std::vector<int> corners_;
+};
+
+}  // namespace
+
+Result readLwobChunks(Bytes chunks, Layer& layer, Surfaces& surfaces) {
+    return LwobReader(layer, surfaces).run(chunks);
+}
+
+}  // namespace orvin::lwo
