@@ -5,6 +5,7 @@
 #include <cmath>
 #include <utility>
 
+#include "geometry/SmoothNormals.h"
 #include "interchange/ModelFormats.h"
 #include "scene/FrameClock.h"
 #include "tests/geometry/Extrusions.h"
@@ -61,6 +62,7 @@ TEST_P(SolidExport, KeepsVolumeAndSections) {
             whole.addFace(face.kind, 0, corners);
         }
     }
+    smoothNormals(whole, 20.0);
     const test::Solid after = test::examine(whole);
     EXPECT_EQ(after.openEdges, 0);
     EXPECT_NEAR(after.volume, 2.0 * before.volume, 1e-6 * before.volume)
