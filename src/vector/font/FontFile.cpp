@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "vector/font/TrueTypeReader.h"
+#include "vector/font/Type1Reader.h"
 
 namespace orvin {
 namespace {
@@ -23,7 +24,10 @@ std::string extensionOf(std::string_view path) {
 FontFile::FontFile(std::string_view path, int charsetParam) : charset(charsetParam) {
     const std::string extension = extensionOf(path);
     std::unique_ptr<FontReader> reader;
-    if (extension == ".ttf") {
+    if (extension == ".pfa" || extension == ".pfb") {
+        kind = Kind::kType1;
+        reader = std::make_unique<Type1Reader>(*this);
+    } else if (extension == ".ttf") {
         kind = Kind::kTrueType;
         reader = std::make_unique<TrueTypeReader>(*this, charset);
     } else {

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <memory>
 
-#include "toolkit/platform/Platform.h"
+#include "vector/font/FontBytes.h"
 #include "vector/font/SfntCursor.h"
 #include "vector/font/TrueTypeCharMap.h"
 #include "vector/font/TrueTypeOutlines.h"
@@ -19,23 +19,6 @@ constexpr std::uint32_t tag(const char (&text)[5]) {
     for (int i = 0; i < 4; ++i)
         value = value << 8 | static_cast<unsigned char>(text[i]);
     return value;
-}
-
-// An sfnt names its tables by 32 bits; more than this is no font.
-constexpr std::size_t kLargestFile = std::size_t{1} << 29;
-
-std::vector<std::uint8_t> fileBytes(std::FILE* file) {
-    std::vector<std::uint8_t> bytes(1 << 16);
-    std::size_t size = 0;
-    while (std::size_t got = std::fread(bytes.data() + size, 1, bytes.size() - size, file)) {
-        size += got;
-        if (size == bytes.size()) {
-            if (size >= kLargestFile) break;
-            bytes.resize(size * 2);
-        }
-    }
-    bytes.resize(size);
-    return bytes;
 }
 
 struct TableEntry {
@@ -243,11 +226,8 @@ class Parse {
 
 void TrueTypeReader::read(std::string_view path) {
     if (font_.glyphCount() > 0) return;
-    std::FILE* const file = platform::openFile(platform::pathFromText(path), "rb");
-    if (file == nullptr) return;
-    const std::vector<std::uint8_t> bytes = fileBytes(file);
-    std::fclose(file);
-    parse(bytes);
+    const std::optional<std::vector<std::uint8_t>> bytes = readFontBytes(path);
+    if (bytes) parse(*bytes);
 }
 
 void TrueTypeReader::parse(std::span<const std::uint8_t> file) {
