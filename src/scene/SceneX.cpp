@@ -111,6 +111,19 @@ void SceneX::destroy(SceneMember& member) {
     if (member.memberKind() != MemberKind::kRoot) delete &member;
 }
 
+void SceneX::destroyAll(std::span<SceneMember* const> doomed) {
+    // Out of the lists in one go, so that none is looked for there.
+    for (SceneMember* member : doomed) {
+        member->listed_ = false;
+        member->selected_ = false;
+    }
+    for (MemberList& all : lists_)
+        std::erase_if(all, [](const SceneMember* m) { return !m->listed_; });
+    std::erase_if(selection_, [](const SceneMember* m) { return !m->selected_; });
+    for (auto member = doomed.rbegin(); member != doomed.rend(); ++member)
+        destroy(**member);
+}
+
 void SceneX::addMember(SceneMember& member, MemberKind kind) {
     if (kind == MemberKind::kRoot) return;
     list(kind).push_back(&member);
@@ -170,8 +183,7 @@ void SceneX::bringToFront(SceneMember& member) {
 void SceneX::deleteSelected() {
     const auto doomed = selection_;
     clearSelection();
-    for (auto member = doomed.rbegin(); member != doomed.rend(); ++member)
-        destroy(**member);
+    destroyAll(doomed);
     if (undo_) undo_->membersDeleted();
 }
 
@@ -230,19 +242,10 @@ void SceneX::markFromProtected() {
 }
 
 void SceneX::sweep(MemberKind kind) {
-    // Out of the list in one go, then destroyed from its end: n members cost n steps.
-    auto& all = list(kind);
-    const auto doomedFrom = std::stable_partition(all.begin(), all.end(),
-                                                  [](const SceneMember* m) { return m->marked; });
-    const MemberList doomed(doomedFrom, all.end());
-    all.erase(doomedFrom, all.end());
-    for (SceneMember* member : doomed) {
-        member->listed_ = false;
-        member->selected_ = false;
-    }
-    std::erase_if(selection_, [](const SceneMember* m) { return !m->selected_; });
-    for (auto member = doomed.rbegin(); member != doomed.rend(); ++member)
-        destroy(**member);
+    MemberList doomed;
+    std::copy_if(list(kind).begin(), list(kind).end(), std::back_inserter(doomed),
+                 [](const SceneMember* m) { return !m->marked; });
+    destroyAll(doomed);
 }
 
 void SceneX::purge(unsigned keepMask) {

@@ -105,6 +105,8 @@ class SceneX final : public Persistent {
     }
     /// Destroys a member that this scene owns, and takes it out of the selection. The root stays.
     void destroy(SceneMember& member);
+    /// The same for many, each named once, in linear time; the last goes first.
+    void destroyAll(std::span<SceneMember* const> doomed);
 
     // Called by the members themselves.
     void addMember(SceneMember& member, MemberKind kind);

@@ -76,15 +76,17 @@ std::vector<ObjectX*> makeArtObjects(AIParser& art, const ObjectXStyle& style, A
     SceneX& scene = style.scene();
     ArtMaterials materials(scene, art.colorList());
     std::vector<ObjectX*> objects;
+    std::vector<SceneMember*> shapeless;
     for (const AIObjectRecord& record : art.objectList()) {
         if (!hasShape(record)) {
-            scene.destroy(*record.profile);
+            shapeless.push_back(record.profile);
             continue;
         }
         objects.push_back(&makeObject(scene, record, style, record.name,
                                       colors == ArtColors::kOfArt ? &materials : nullptr));
         objects.back()->setFace(record.profile->name());
     }
+    scene.destroyAll(shapeless);
     art.objectList().clear();
     return objects;
 }
