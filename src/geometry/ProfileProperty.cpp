@@ -49,6 +49,7 @@ void MaterialIntervals::insert(const MaterialInterval& interval) {
             current.material = interval.material;
             return;
         }
+        if (list_.size() >= kMost) continue;
         if (k == 0 && interval.start <= kSame) {
             current.start = interval.end;
             list_.insert(list_.begin(), interval);
@@ -171,21 +172,19 @@ const CommandRegistry& ProfileProperty::commandRegistry() const {
 }
 
 ProfileProperty::Entry* ProfileProperty::entry(int path) {
-    for (Entry& e : entries_)
-        if (e.path == path) return &e;
-    return nullptr;
+    const auto place = places_.find(path);
+    return place != places_.end() ? &entries_[place->second] : nullptr;
 }
 
 int ProfileProperty::addEntry(int path) {
-    if (entry(path) != nullptr) return -1;
+    if (!places_.try_emplace(path, entries_.size()).second) return -1;
     entries_.push_back({path, {}});
     return 0;
 }
 
 ProfileProperty::Entry& ProfileProperty::entryOrNew(int path) {
-    if (Entry* const known = entry(path)) return *known;
-    entries_.push_back({path, {}});
-    return entries_.back();
+    addEntry(path);
+    return *entry(path);
 }
 
 bool ProfileProperty::sameAs(const ProfileProperty& other) const {

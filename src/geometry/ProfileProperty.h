@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <unordered_map>
 #include <vector>
 
 #include "scene/Persistent.h"
@@ -20,6 +21,7 @@ class MaterialIntervals {
   public:
     static constexpr double kSame = 0.001;      // nearer places are one
     static constexpr double kMinWidth = 0.003;  // of an interval that the user makes
+    static constexpr std::size_t kMost = 1024;  // more than there are places that aren't one
 
     MaterialIntervals() : list_{MaterialInterval{}} {}
     explicit MaterialIntervals(std::vector<MaterialInterval> list) : list_(std::move(list)) {}
@@ -29,7 +31,7 @@ class MaterialIntervals {
     const MaterialInterval& operator[](std::size_t i) const { return list_[i]; }
 
     /// Puts an interval in: over one of the same ends, in front, or into the one behind the end
-    /// where it begins. One that fits nowhere is dropped.
+    /// where it begins. One that fits nowhere is dropped, and so is one too many.
     void insert(const MaterialInterval& interval);
 
     /// The interval, not the last, that ends exactly at `t`; -1 for none.
@@ -69,14 +71,13 @@ class ProfileProperty final : public Persistent {
     };
 
     /// One entry, for path 0.
-    ProfileProperty() : entries_(1) {}
+    ProfileProperty() { addEntry(0); }
 
     Result writeBody(SceneStream& stream) override;
     const CommandRegistry& commandRegistry() const override;
     std::string_view className() const override { return "ProfileProperty"; }
 
     const std::vector<Entry>& entries() const { return entries_; }
-    std::vector<Entry>& entries() { return entries_; }
 
     Entry* entry(int path);  // null for a path without one
     /// A new entry of one interval, 0 to 1, of material 0. -1 where the path has one.
@@ -87,6 +88,7 @@ class ProfileProperty final : public Persistent {
 
   private:
     std::vector<Entry> entries_;
+    std::unordered_map<int, std::size_t> places_;  // of the paths' entries
 };
 
 }  // namespace orvin

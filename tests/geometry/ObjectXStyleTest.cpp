@@ -39,6 +39,16 @@ TEST(MaterialIntervals, InsertFitsIntoWhatIsThere) {
     }
 }
 
+// Each of these goes in front of the others.
+TEST(MaterialIntervals, DoNotGrowWithoutEnd) {
+    MaterialIntervals list;
+    for (int i = 0; i < 5000; ++i)
+        list.insert({0.0, i % 2 == 0 ? 0.25 : 0.75, i});
+    EXPECT_EQ(list.size(), MaterialIntervals::kMost);
+    list.insert({0.0, list[0].end, 7});
+    EXPECT_EQ(list[0].material, 7);
+}
+
 TEST(MaterialIntervals, BoundariesMoveWithinTheirNeighbours) {
     const MaterialIntervals start(List{{0, 0.25, 1}, {0.25, 0.5, 2}, {0.5, 1, 3}});
     double t = 0.002;
