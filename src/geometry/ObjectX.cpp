@@ -13,6 +13,10 @@ namespace {
 
 constexpr std::string_view kNoMember = "unnamed";
 
+const Profile* shownBy(Profile* profile) {
+    return profile != nullptr ? profile->shown() : nullptr;
+}
+
 std::uint32_t revisionOf(Profile* profile) {
     return profile != nullptr ? profile->changeCount() : 0;
 }
@@ -72,13 +76,13 @@ void ObjectX::setHardShadingAngle(double degrees, bool rebuild) {
 
 ObjectX::Seen ObjectX::currentRevisions() const {
     Seen now;
-    if (Profile* const profile = face()) {
-        now.shown = profile->shown();
-        now.face = profile->changeCount();
-    }
+    now.shown = shownBy(face());
+    now.face = revisionOf(face());
     if (const ObjectXStyle* const recipe = style()) {
         now.styleFace = recipe->faceRevision();
         now.styleEdge = recipe->edgeRevision();
+        now.perimShown = shownBy(recipe->perimProfile());
+        now.holeShown = shownBy(recipe->holeProfile());
         now.perim = revisionOf(recipe->perimProfile());
         now.hole = revisionOf(recipe->holeProfile());
     }

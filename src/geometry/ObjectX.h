@@ -95,13 +95,20 @@ class ObjectX final : public MeshObject {
 
     /// Revisions of what a mesh is made from.
     struct Seen {
-        const Profile* shown = nullptr;  // what `face` is the revision of
+        // Of which profile each revision is: those of two may be equal by chance.
+        const Profile* shown = nullptr;
         std::uint32_t face = 0;
         std::uint32_t styleFace = 0;
         std::uint32_t styleEdge = 0;
+        const Profile* perimShown = nullptr;
+        const Profile* holeShown = nullptr;
         std::uint32_t perim = 0;
         std::uint32_t hole = 0;
 
+        bool sameEdges(const Seen& other) const {
+            return perimShown == other.perimShown && holeShown == other.holeShown &&
+                   perim == other.perim && hole == other.hole;
+        }
         friend bool operator==(const Seen&, const Seen&) = default;
     };
 

@@ -92,8 +92,8 @@ Result ObjectX::rebuild(int quality) {
     } else {
         mesh_.clear();
     }
-    const bool edgesChanged = facesChanged || now.perim != seen_.perim || now.hole != seen_.hole ||
-                              now.styleEdge != seen_.styleEdge;
+    const bool edgesChanged =
+        facesChanged || !now.sameEdges(seen_) || now.styleEdge != seen_.styleEdge;
     if (recipe->depth() != 0.0 && edgesChanged &&
         recipe->has(ObjectXStyle::kPerimEdge | ObjectXStyle::kHoleEdge) &&
         sweep(quality, std::move(shape)) != kSuccess) {

@@ -221,6 +221,38 @@ TEST_F(Cycle, ObjectsFollowTheFrame) {
     EXPECT_FALSE(object.isAnimated());
 }
 
+TEST_F(Cycle, EdgesFollowTheFrame) {
+    ProfileI* sections[2] = {};
+    cycle_.clearFrames();
+    for (const int i : {0, 1}) {
+        sections[i] = &scene_.make<ProfileI>("section" + std::to_string(i));
+        sections[i]->inputProfile()->paths.emplace_back().curves.emplace_back(
+            Curve2::Type::kLinear, std::vector<Vec2>{{0, 0}, {10.0 + 20.0 * i, 50}, {0, 100}});
+        cycle_.addFrame(*sections[i]);
+    }
+    auto& style = scene_.make<ObjectXStyle>("style");
+    style.setPerim("cycle");
+    auto& object = scene_.make<ObjectX>("object");
+    object.setFace("a");
+    object.setStyle("style");
+    const auto right = [&](int frame) {
+        setCurrentFrame(frame);
+        std::uint32_t revision = 0;
+        const Mesh3* const mesh = object.mesh(1, revision);
+        return mesh == nullptr ? 0.0 : mesh->bounds().max.x;
+    };
+    EXPECT_NEAR(right(0), 10.0 + 0.1 * style.depth(), 1e-9);
+    EXPECT_NEAR(right(1), 10.0 + 0.3 * style.depth(), 1e-9);
+    // Revisions of two pictures may be equal by chance.
+    EXPECT_NEAR(right(0), 10.0 + 0.1 * style.depth(), 1e-9);
+    while (sections[1]->changeCount() + 1 != sections[0]->changeCount())
+        (sections[1]->changeCount() < sections[0]->changeCount() ? sections[1] : sections[0])
+            ->touch();
+    EXPECT_NEAR(right(0), 10.0 + 0.1 * style.depth(), 1e-9);
+    ASSERT_EQ(sections[1]->changeCount() + 1, sections[0]->changeCount());
+    EXPECT_NEAR(right(1), 10.0 + 0.3 * style.depth(), 1e-9);
+}
+
 std::string block(const std::string& body) {
     return "begin ProfileM\n name \"cycle\"\n" + body + "end ProfileM\n";
 }
