@@ -235,6 +235,14 @@ TEST_F(EdgeLibrary, ProfileLFollowsItsIndexOnLoad) {
 
     edge.setLibIdx(findEdge("Wavey"));
     ASSERT_EQ(edge.load(), kSuccess);
+    // A scene has one member for an edge, whatever the names of its members.
+    EXPECT_EQ(useLibraryEdge(scene, findEdge("Wavey")), &edge);
+    scene.make<ProfileI>("Heart");
+    ProfileL* const heart = useLibraryEdge(scene, findEdge("Heart"));
+    ASSERT_NE(heart, nullptr);
+    EXPECT_NE(heart->name(), "Heart");
+    EXPECT_EQ(useLibraryEdge(scene, findEdge("Heart")), heart);
+    EXPECT_EQ(useLibraryEdge(scene, 107), nullptr);
     edge.shape(0.5, 20.0, again);
     EXPECT_NE(again, stamp);
     EXPECT_GT(edge.bounds().xmax, 1.0);

@@ -54,8 +54,10 @@ const CommandRegistry& ProfileL::commandRegistry() const {
 ProfileL* useLibraryEdge(SceneX& scene, int index) {
     const char* const name = edgeName(index);
     if (name == nullptr) return nullptr;
-    auto* const present = scene.memberAs<ProfileL>(MemberKind::kProfile, name);
-    if (present != nullptr && present->libIdx() == index) return present;
+    for (SceneMember* const member : scene.members(MemberKind::kProfile)) {
+        auto* const present = dynamic_cast<ProfileL*>(member);
+        if (present != nullptr && present->libIdx() == index) return present;
+    }
     auto& edge = scene.make<ProfileL>(scene.uniqueName(name));
     edge.setLibIdx(index);
     edge.load();

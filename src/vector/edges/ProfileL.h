@@ -31,8 +31,8 @@ class ProfileL final : public OutlineProfile {
     int libIdx_ = -1;
 };
 
-/// The scene's member for an edge of the library, under the library's name: the one that is there,
-/// or a new one. Null for an index out of range.
+/// The scene's member for an edge of the library: the one that is there, or a new one under the
+/// library's name, numbered where that is taken. Null for an index out of range.
 ProfileL* useLibraryEdge(SceneX& scene, int index);
 
 }  // namespace orvin

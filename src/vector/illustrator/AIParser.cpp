@@ -177,7 +177,9 @@ void AIParser::finishObject(Kind kind, bool force) {
     const bool isGroup = kind == Kind::kGroup || kind == Kind::kCompound;
     if (isGroup && objectsInGroup_ == 0) {
         // Under a single profile that is all the file has: what was read before stays.
-        if (!options_.singleProfile) dropProfile();
+        if (options_.singleProfile) return;
+        dropProfile();
+        colors_.clearUse();
         return;
     }
     openRecord().name = objectName(kind);
