@@ -51,6 +51,10 @@ std::string rangeText(double min, double max) {
 
 }  // namespace
 
+OptionSpec verboseOption() {
+    return {"--verbose", "", "shows the reports of geometry and renderer, on standard error"};
+}
+
 std::string ParsedOptions::value(std::string_view name, std::string_view fallback) const {
     const auto found = values_.find(name);
     return found == values_.end() ? std::string(fallback) : found->second.back();

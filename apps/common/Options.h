@@ -36,6 +36,10 @@ struct OptionSpec {
     std::string help;
 };
 
+/// "--verbose", which every command takes: what the kernels and the effect print to standard output
+/// is shown, on standard error.
+OptionSpec verboseOption();
+
 struct CommandSpec {
     std::string name;
     std::string arguments;  // as in the usage line: "PROJECT.twp --out PATTERN"

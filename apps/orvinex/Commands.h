@@ -1,11 +1,12 @@
-// The commands of orvinex. Each gets its parsed options, throws UsageError or Failure, and returns
-// the exit status.
+// The commands of orvinex. Each gets its parsed options, and the output where it tells something,
+// throws UsageError or Failure, and returns the exit status.
 #pragma once
 
 #include <filesystem>
 #include <string>
 
 #include "common/Options.h"
+#include "common/ProgramOutput.h"
 #include "setup/Project.h"
 
 namespace orvin::orvinex {
@@ -15,9 +16,9 @@ int outlineCommand(const apps::ParsedOptions& options);
 int importCommand(const apps::ParsedOptions& options);
 int exportCommand(const apps::ParsedOptions& options);
 int resaveCommand(const apps::ParsedOptions& options);
-int infoCommand(const apps::ParsedOptions& options);
-int paramsCommand(const apps::ParsedOptions& options);
-int edgesCommand(const apps::ParsedOptions& options);
+int infoCommand(const apps::ParsedOptions& options, apps::ProgramOutput& output);
+int paramsCommand(const apps::ParsedOptions& options, apps::ProgramOutput& output);
+int edgesCommand(const apps::ParsedOptions& options, apps::ProgramOutput& output);
 int textCommand(const apps::ParsedOptions& options);
 int sheetCommand(const apps::ParsedOptions& options);
 

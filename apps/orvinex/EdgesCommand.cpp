@@ -1,6 +1,5 @@
 // edges: what the library, or a folder of custom edges, has: as a list or as a sheet of pictures.
 #include <algorithm>
-#include <cstdio>
 #include <filesystem>
 
 #include "common/ProgressBar.h"
@@ -76,16 +75,15 @@ std::string padded(std::string text, std::size_t width) {
     return text;
 }
 
-void printList(const std::vector<ListedEdge>& edges) {
+std::string listText(const std::vector<ListedEdge>& edges) {
     std::size_t widest = 0;
     for (const ListedEdge& edge : edges)
         widest = std::max({widest, edge.name.size(), edge.shown.size()});
-    for (const ListedEdge& edge : edges) {
-        const std::string line = padded(std::to_string(edge.index), 5) +
-                                 padded(edge.name, widest + 2) + padded(edge.shown, widest + 2) +
-                                 edge.category + "\n";
-        std::fputs(line.c_str(), stdout);
-    }
+    std::string text;
+    for (const ListedEdge& edge : edges)
+        text += padded(std::to_string(edge.index), 5) + padded(edge.name, widest + 2) +
+                padded(edge.shown, widest + 2) + edge.category + "\n";
+    return text;
 }
 
 void writeSheet(const std::vector<ListedEdge>& listed, const apps::ParsedOptions& options) {
@@ -107,7 +105,7 @@ void writeSheet(const std::vector<ListedEdge>& listed, const apps::ParsedOptions
 
 }  // namespace
 
-int edgesCommand(const apps::ParsedOptions& options) {
+int edgesCommand(const apps::ParsedOptions& options, apps::ProgramOutput& output) {
     if (options.has("--list") && options.has("--sheet"))
         throw apps::UsageError("--list and --sheet are two things");
     registerMemberClasses();
@@ -120,7 +118,7 @@ int edgesCommand(const apps::ParsedOptions& options) {
     if (options.has("--sheet"))
         writeSheet(edges, options);
     else
-        printList(edges);
+        output.write(listText(edges));
     return apps::kExitDone;
 }
 

@@ -1,5 +1,4 @@
 // params: the scene in the words of the effect's parameters, as a KEYS.json for orvinhost.
-#include <cstdio>
 #include <cstring>
 #include <nlohmann/json.hpp>
 
@@ -30,7 +29,7 @@ nlohmann::json valueOf(const PF_ParamDef& def) {
 
 }  // namespace
 
-int paramsCommand(const apps::ParsedOptions& options) {
+int paramsCommand(const apps::ParsedOptions& options, apps::ProgramOutput& output) {
     Project project;
     openProject(project, options.positional()[0]);
     std::vector<PF_ParamDef> defs = describeParameters(kHost);
@@ -51,7 +50,7 @@ int paramsCommand(const apps::ParsedOptions& options) {
     if (options.has("-o"))
         apps::writeText(options.value("-o"), text);
     else
-        std::fwrite(text.data(), 1, text.size(), stdout);
+        output.write(text);
     return apps::kExitDone;
 }
 

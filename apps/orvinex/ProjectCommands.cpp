@@ -1,5 +1,5 @@
 // resave and info.
-#include <cstdio>
+#include <charconv>
 #include <nlohmann/json.hpp>
 
 #include "geometry/MeshObject.h"
@@ -72,32 +72,45 @@ nlohmann::json projectJson(Project& project) {
     return json;
 }
 
-void printText(const nlohmann::json& json) {
-    std::printf("scene      %s\n", json["scene"].get<std::string>().c_str());
+/// Whole, or with six digits: as much as anybody wants to read.
+std::string shown(const nlohmann::json& number) {
+    if (number.is_number_integer()) return number.dump();
+    char text[32];
+    return {text, std::to_chars(text, text + sizeof text, number.get<double>(),
+                                std::chars_format::general, 6)
+                      .ptr};
+}
+
+std::string memberLine(const nlohmann::json& member) {
+    std::string line = "  " + member["class"].get<std::string>() + " \"" +
+                       member["name"].get<std::string>() + "\"";
+    if (member.contains("faces"))
+        line +=
+            "  " + shown(member["vertices"]) + " vertices, " + shown(member["faces"]) + " faces";
+    if (member.contains("type"))
+        line += "  " + member["type"].get<std::string>() + ", intensity " +
+                shown(member["intensity"]) + (member["enabled"].get<bool>() ? "" : ", off");
+    if (member.contains("path")) line += "  " + member["path"].get<std::string>();
+    return line + "\n";
+}
+
+std::string infoText(const nlohmann::json& json) {
     const auto& render = json["render"];
-    std::printf("render     %g x %g, anti-alias level %d, method %d, %s, shadows %s\n",
-                render["width"].get<double>(), render["height"].get<double>(),
-                render["antiAliasLevel"].get<int>(), render["method"].get<int>(),
-                render["keepAlpha"].get<bool>() ? "keeps alpha" : "on the background",
-                render["shadows"].get<bool>() ? "on" : "off");
+    std::string text = "scene      " + json["scene"].get<std::string>() + "\nrender     " +
+                       shown(render["width"]) + " x " + shown(render["height"]) +
+                       ", anti-alias level " + shown(render["antiAliasLevel"]) + ", method " +
+                       shown(render["method"]) +
+                       (render["keepAlpha"].get<bool>() ? ", keeps alpha" : ", on the background") +
+                       ", shadows " + (render["shadows"].get<bool>() ? "on" : "off") + "\n";
     for (const KindName& kind : kKinds) {
         const auto& list = json[kind.name];
-        std::printf("%-10s %zu\n", kind.name, list.size());
-        for (const auto& member : list) {
-            std::printf("  %s \"%s\"", member["class"].get<std::string>().c_str(),
-                        member["name"].get<std::string>().c_str());
-            if (member.contains("faces"))
-                std::printf("  %d vertices, %d faces", member["vertices"].get<int>(),
-                            member["faces"].get<int>());
-            if (member.contains("type"))
-                std::printf("  %s, intensity %g%s", member["type"].get<std::string>().c_str(),
-                            member["intensity"].get<double>(),
-                            member["enabled"].get<bool>() ? "" : ", off");
-            if (member.contains("path"))
-                std::printf("  %s", member["path"].get<std::string>().c_str());
-            std::printf("\n");
-        }
+        std::string heading = kind.name;
+        heading.resize(11, ' ');
+        text += heading + std::to_string(list.size()) + "\n";
+        for (const auto& member : list)
+            text += memberLine(member);
     }
+    return text;
 }
 
 }  // namespace
@@ -110,17 +123,14 @@ int resaveCommand(const apps::ParsedOptions& options) {
     return apps::kExitDone;
 }
 
-int infoCommand(const apps::ParsedOptions& options) {
+int infoCommand(const apps::ParsedOptions& options, apps::ProgramOutput& output) {
     Project project;
     openProject(project, options.positional()[0]);
     const nlohmann::json json = projectJson(project);
-    if (options.has("--json")) {
-        const std::string text =
-            json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
-        std::fwrite(text.data(), 1, text.size(), stdout);
-    } else {
-        printText(json);
-    }
+    if (options.has("--json"))
+        output.write(json.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n");
+    else
+        output.write(infoText(json));
     return apps::kExitDone;
 }
 

@@ -1,7 +1,9 @@
 // orvinex: authoring, conversion, stills and inspection of projects without a host.
 #include <cstdio>
+#include <functional>
 #include <new>
 
+#include "common/ProgramOutput.h"
 #include "orvinex/Commands.h"
 #include "orvinex/Framing.h"
 #include "orvinex/StyleOptions.h"
@@ -17,13 +19,17 @@ constexpr const char* kPurpose =
 
 struct Command {
     apps::CommandSpec spec;
-    int (*run)(const apps::ParsedOptions&);
+    std::function<int(const apps::ParsedOptions&)> run;
 };
 
-const std::vector<Command>& commands() {
+/// What the commands tell goes to `output`.
+std::vector<Command> commands(apps::ProgramOutput& output) {
+    const auto telling = [&output](int (*run)(const apps::ParsedOptions&, apps::ProgramOutput&)) {
+        return [&output, run](const apps::ParsedOptions& options) { return run(options, output); };
+    };
     static const apps::OptionSpec kOut{"-o", "FILE", "where the result goes"};
     static const apps::OptionSpec kQuiet{"--quiet", "", "no progress bar"};
-    static const std::vector<Command> all = {
+    std::vector<Command> all = {
         {{"text",
           "STRING -o OUT.twp",
           1,
@@ -116,7 +122,7 @@ const std::vector<Command>& commands() {
           "tells what a project holds",
           {{"--json", "", "as JSON"}},
           {"orvinex info logo.twp", "orvinex info logo.twp --json"}},
-         infoCommand},
+         telling(infoCommand)},
         {{"params",
           "PROJECT.twp",
           1,
@@ -124,7 +130,7 @@ const std::vector<Command>& commands() {
           "parameter values that match the scene, as KEYS.json for orvinhost",
           {{"-o", "FILE", "where they go (standard output)"}},
           {"orvinex params logo.twp -o keys.json"}},
-         paramsCommand},
+         telling(paramsCommand)},
         {{"edges",
           "[--list | --sheet OUT.png]",
           0,
@@ -140,7 +146,7 @@ const std::vector<Command>& commands() {
           {"orvinex edges --sheet edges.png",
            "orvinex edges --edge \"Bevel, Medium\" --sheet bevel.png",
            "orvinex edges --custom \"Custom Edges\" --sheet mine.png"}},
-         edgesCommand},
+         telling(edgesCommand)},
         {{"sheet",
           "PICTURE.png... -o OUT.png",
           1,
@@ -152,6 +158,8 @@ const std::vector<Command>& commands() {
           {"orvinex sheet out/frame-00*.png -o sheet.png --columns 5"}},
          sheetCommand},
     };
+    for (Command& command : all)
+        command.spec.options.push_back(apps::verboseOption());
     return all;
 }
 
@@ -164,30 +172,28 @@ int fail(const std::string& message) {
     return apps::kExitFailed;
 }
 
-int runCommand(const Command& command, const std::vector<std::string>& arguments) {
+int runCommand(const Command& command, const std::vector<std::string>& arguments,
+               apps::ProgramOutput& output) {
     for (const std::string& argument : arguments)
         if (isHelp(argument) && argument != "help") {
-            std::fputs(apps::commandHelp(kProgram, command.spec).c_str(), stdout);
+            output.write(apps::commandHelp(kProgram, command.spec));
             return apps::kExitDone;
         }
     try {
-        return command.run(apps::parseOptions(command.spec, arguments));
+        const apps::ParsedOptions options = apps::parseOptions(command.spec, arguments);
+        if (options.has(apps::verboseOption().name)) output.showDiagnostics();
+        return command.run(options);
     } catch (const apps::UsageError& error) {
         std::fprintf(stderr, "%s: %s\n%s\n", kProgram, error.what(),
                      apps::usageLine(kProgram, command.spec).c_str());
         return apps::kExitUsage;
-    } catch (const apps::Failure& error) {
-        return fail(error.what());
-    } catch (const std::bad_alloc&) {
-        return fail("Not enough memory to complete operation.");
-    } catch (eBaseError) {
-        return fail("a picture of that size can't be made");
     }
 }
 
-int run(const std::vector<std::string>& arguments) {
+int runNamed(const std::vector<std::string>& arguments, apps::ProgramOutput& output) {
+    const std::vector<Command> all = commands(output);
     std::vector<apps::CommandSpec> specs;
-    for (const Command& command : commands())
+    for (const Command& command : all)
         specs.push_back(command.spec);
     const std::string help = apps::programHelp(kProgram, kPurpose, specs);
     if (arguments.empty()) {
@@ -195,15 +201,28 @@ int run(const std::vector<std::string>& arguments) {
         return apps::kExitUsage;
     }
     if (isHelp(arguments[0])) {
-        std::fputs(help.c_str(), stdout);
+        output.write(help);
         return apps::kExitDone;
     }
-    for (const Command& command : commands())
+    for (const Command& command : all)
         if (command.spec.name == arguments[0])
-            return runCommand(command, {arguments.begin() + 1, arguments.end()});
+            return runCommand(command, {arguments.begin() + 1, arguments.end()}, output);
     std::fprintf(stderr, "%s: no command is named '%s'\n%s", kProgram, arguments[0].c_str(),
                  help.c_str());
     return apps::kExitUsage;
+}
+
+int run(const std::vector<std::string>& arguments) {
+    try {
+        apps::ProgramOutput output;
+        return runNamed(arguments, output);
+    } catch (const apps::Failure& error) {
+        return fail(error.what());
+    } catch (const std::bad_alloc&) {
+        return fail("Not enough memory to complete operation.");
+    } catch (eBaseError) {
+        return fail("a picture of that size can't be made");
+    }
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
 #include "orvinhost/Commands.h"
 
 #include "common/Files.h"
+#include "common/ProgramOutput.h"
 #include "orvinhost/RenderJob.h"
 #include "orvinhost/Session.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
 
@@ -27,31 +29,28 @@ int withSession(const SessionOptions& options, Body body) {
     return session.finish(failed);
 }
 
-void writeOut(const apps::ParsedOptions& parsed, const std::string& text) {
-    if (parsed.has("--out"))
-        apps::writeText(parsed.value("--out"), text);
-    else
-        std::fputs(text.c_str(), stdout);
-}
-
-int render(const apps::ParsedOptions& parsed) {
+int render(const apps::ParsedOptions& parsed, apps::ProgramOutput&) {
     RenderJob job = renderJob(parsed);
     return withSession(job.session, [&job](Session& session) { job.run(session); });
 }
 
-int params(const apps::ParsedOptions& parsed) {
+int params(const apps::ParsedOptions& parsed, apps::ProgramOutput& output) {
     const SessionOptions options = sessionOptions(parsed);
-    return withSession(options, [&parsed](Session& session) {
-        writeOut(parsed, session.host().params().json().dump(2) + "\n");
+    return withSession(options, [&](Session& session) {
+        const std::string text = session.host().params().json().dump(2) + "\n";
+        if (parsed.has("--out"))
+            apps::writeText(parsed.value("--out"), text);
+        else
+            output.write(text);
     });
 }
 
-int about(const apps::ParsedOptions& parsed) {
+int about(const apps::ParsedOptions& parsed, apps::ProgramOutput& output) {
     const SessionOptions options = sessionOptions(parsed);
-    return withSession(options, [](Session& session) {
+    return withSession(options, [&output](Session& session) {
         const Outcome outcome = session.instance().about();
         Session::require(outcome, PF_Cmd_ABOUT);
-        std::printf("%s\n", outcome.message.c_str());
+        output.write(outcome.message + "\n");
     });
 }
 
@@ -63,7 +62,7 @@ PF_Point point(const std::string& text, const char* what) {
             apps::wholeOption(text.substr(comma + 1), what, -30000, 30000)};
 }
 
-int panel(const apps::ParsedOptions& parsed) {
+int panel(const apps::ParsedOptions& parsed, apps::ProgramOutput&) {
     SessionOptions options = sessionOptions(parsed);
     if (!options.project && !options.flat) throw apps::UsageError("a project is missing");
     if (!parsed.has("--out")) throw apps::UsageError("--out is missing");
@@ -91,7 +90,7 @@ int panel(const apps::ParsedOptions& parsed) {
     });
 }
 
-int dialog(const apps::ParsedOptions& parsed) {
+int dialog(const apps::ParsedOptions& parsed, apps::ProgramOutput&) {
     const SessionOptions options = sessionOptions(parsed);
     return withSession(options, [&parsed](Session& session) {
         session.openInstance();
@@ -106,10 +105,15 @@ int dialog(const apps::ParsedOptions& parsed) {
     });
 }
 
-int rules(const apps::ParsedOptions&) {
-    for (const RuleText& rule : allRules())
-        std::printf("%-24s %s %s\n", rule.id,
-                    rule.weight == Weight::kBroken ? "rule   " : "oddity ", rule.text);
+int rules(const apps::ParsedOptions&, apps::ProgramOutput& output) {
+    std::string text;
+    for (const RuleText& rule : allRules()) {
+        std::string id = rule.id;
+        id.resize(std::max<std::size_t>(id.size(), 24), ' ');
+        text +=
+            id + (rule.weight == Weight::kBroken ? " rule    " : " oddity  ") + rule.text + "\n";
+    }
+    output.write(text);
     return apps::kExitDone;
 }
 
@@ -119,10 +123,13 @@ std::vector<apps::OptionSpec> with(std::vector<apps::OptionSpec> first) {
     return first;
 }
 
-}  // namespace
+struct Command {
+    apps::CommandSpec spec;
+    int (*run)(const apps::ParsedOptions& parsed, apps::ProgramOutput& output);  // the exit status
+};
 
-const std::vector<Command>& commands() {
-    static const std::vector<Command> all{
+std::vector<Command> commands() {
+    std::vector<Command> all{
         {{"render",
           "PROJECT.twp --out DIR/frame-%04d.png",
           0,
@@ -189,45 +196,61 @@ const std::vector<Command>& commands() {
           {"orvinhost rules"}},
          rules},
     };
+    for (Command& command : all)
+        command.spec.options.push_back(apps::verboseOption());
     return all;
 }
 
-int runProgram(std::span<const std::string> arguments) {
+int runCommand(const Command& command, std::span<const std::string> arguments,
+               apps::ProgramOutput& output) {
+    for (const std::string& argument : arguments)
+        if (argument == "--help" || argument == "-h") {
+            output.write(apps::commandHelp(kProgram, command.spec));
+            return apps::kExitDone;
+        }
+    try {
+        const apps::ParsedOptions parsed = apps::parseOptions(command.spec, arguments);
+        if (parsed.has(apps::verboseOption().name)) output.showDiagnostics();
+        return command.run(parsed, output);
+    } catch (const apps::UsageError& error) {
+        std::fprintf(stderr, "%s: %s\n%s\n", kProgram, error.what(),
+                     apps::usageLine(kProgram, command.spec).c_str());
+        return apps::kExitUsage;
+    }
+}
+
+int runNamed(std::span<const std::string> arguments, apps::ProgramOutput& output) {
     constexpr const char* kPurpose =
         "Plays the host for the effect: loads the module, renders through its entry, and says\n"
         "which of the host's rules it broke.";
-    std::vector<apps::CommandSpec> specs;
-    for (const Command& command : commands())
-        specs.push_back(command.spec);
+    const std::vector<Command> all = commands();
     const std::string name = arguments.empty() ? "" : arguments[0];
     if (name == "--help" || name == "-h" || name == "help") {
-        std::fputs(apps::programHelp(kProgram, kPurpose, specs).c_str(), stdout);
+        std::vector<apps::CommandSpec> specs;
+        for (const Command& command : all)
+            specs.push_back(command.spec);
+        output.write(apps::programHelp(kProgram, kPurpose, specs));
         return apps::kExitDone;
     }
-    if (name == "--list-rules") return rules({});
-    for (const Command& command : commands()) {
-        if (command.spec.name != name) continue;
-        const std::span<const std::string> rest = arguments.subspan(1);
-        for (const std::string& argument : rest)
-            if (argument == "--help" || argument == "-h") {
-                std::fputs(apps::commandHelp(kProgram, command.spec).c_str(), stdout);
-                return apps::kExitDone;
-            }
-        try {
-            return command.run(apps::parseOptions(command.spec, rest));
-        } catch (const apps::UsageError& error) {
-            std::fprintf(stderr, "%s: %s\n%s\n", kProgram, error.what(),
-                         apps::usageLine(kProgram, command.spec).c_str());
-            return apps::kExitUsage;
-        } catch (const std::exception& error) {
-            std::fprintf(stderr, "%s: %s\n", kProgram, error.what());
-            return apps::kExitFailed;
-        }
-    }
+    if (name == "--list-rules") return rules({}, output);
+    for (const Command& command : all)
+        if (command.spec.name == name) return runCommand(command, arguments.subspan(1), output);
     if (!name.empty()) std::fprintf(stderr, "%s: unknown command \"%s\"\n", kProgram, name.c_str());
     std::fprintf(stderr, "usage: %s render|params|panel|dialog|about|rules ... (--help)\n",
                  kProgram);
     return apps::kExitUsage;
+}
+
+}  // namespace
+
+int runProgram(std::span<const std::string> arguments) {
+    try {
+        apps::ProgramOutput output;
+        return runNamed(arguments, output);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s: %s\n", kProgram, error.what());
+        return apps::kExitFailed;
+    }
 }
 
 }  // namespace orvin::stand_in
