@@ -149,7 +149,7 @@ string(JSON count LENGTH "${output}")
 # What goes wrong says so in one line and with its status.
 run(1 ${ORVINEX} render ${WORK}/nothing.twp -o ${WORK}/x.png)
 expect_match("${errors}" "nothing.twp")
-run(1 ${ORVINEX} export ${WORK}/plate.twp -o ${WORK}/x.lwo --quiet)
+run(1 ${ORVINEX} export ${WORK}/plate.twp -o ${WORK}/x.c4d --quiet)
 run(2 ${ORVINEX} render ${WORK}/plate.twp)
 expect_match("${errors}" "usage: orvinex render")
 run(2 ${ORVINEX} render ${WORK}/plate.twp -o ${WORK}/x.png --shadows maybe)
