@@ -22,7 +22,8 @@ struct GlScene : TestScene {
         params.antiAliasSize = 1;
     }
     Picture draw() {
-        ImageBuffer picture;
+        ImageBuffer picture(static_cast<int>(params.width), static_cast<int>(params.height),
+                            PixelKind::kRgba);
         EXPECT_EQ(gl.renderFrame(scene, params, options, picture), kSuccess) << gl.failure();
         return Picture(picture);
     }

@@ -1,6 +1,5 @@
 #include "render/gl/win32/WglProbe.h"
 
-#include <array>
 #include <optional>
 #include <type_traits>
 
@@ -51,28 +50,33 @@ std::optional<Pbuffers> probe() {
 }  // namespace
 
 int Pbuffers::format(HDC device) const {
-    const std::array<int, 17> wanted{WGL_DRAW_TO_PBUFFER_ARB,
-                                     1,
-                                     WGL_SUPPORT_OPENGL_ARB,
-                                     1,
-                                     WGL_PIXEL_TYPE_ARB,
-                                     WGL_TYPE_RGBA_ARB,
-                                     WGL_RED_BITS_ARB,
-                                     8,
-                                     WGL_GREEN_BITS_ARB,
-                                     8,
-                                     WGL_BLUE_BITS_ARB,
-                                     8,
-                                     WGL_ALPHA_BITS_ARB,
-                                     8,
-                                     WGL_DEPTH_BITS_ARB,
-                                     24,
-                                     0};
-    int found = 0;
-    UINT count = 0;
-    if (choosePixelFormat(device, wanted.data(), nullptr, 1, &found, &count) == FALSE || count == 0)
-        return 0;
-    return found;
+    // With a back buffer, where there are such: what nobody shows needs no front to be kept right.
+    for (const int doubleBuffer : {1, 0}) {
+        const int wanted[] = {WGL_DRAW_TO_PBUFFER_ARB,
+                              1,
+                              WGL_SUPPORT_OPENGL_ARB,
+                              1,
+                              WGL_PIXEL_TYPE_ARB,
+                              WGL_TYPE_RGBA_ARB,
+                              WGL_DOUBLE_BUFFER_ARB,
+                              doubleBuffer,
+                              WGL_RED_BITS_ARB,
+                              8,
+                              WGL_GREEN_BITS_ARB,
+                              8,
+                              WGL_BLUE_BITS_ARB,
+                              8,
+                              WGL_ALPHA_BITS_ARB,
+                              8,
+                              WGL_DEPTH_BITS_ARB,
+                              24,
+                              0};
+        int found = 0;
+        UINT count = 0;
+        if (choosePixelFormat(device, wanted, nullptr, 1, &found, &count) != FALSE && count != 0)
+            return found;
+    }
+    return 0;
 }
 
 QueryWindow::QueryWindow()

@@ -45,26 +45,34 @@ class WindowTarget final : public GlTarget {
         UpdateWindow(window_.window());
         context_ = wglCreateContext(window_.context());
         if (context_ == nullptr || !makeCurrent(width, height)) return false;
-        glClearColor(0.2F, 0.6F, 0.2F, 1.0F);
-        glClear(GL_COLOR_BUFFER_BIT);
-        SwapBuffers(window_.context());
         release();
         return true;
     }
 
     bool makeCurrent(int width, int height) override {
         // Another thread's window answers only while that thread listens.
-        if (window_.isOfThisThread() && resize(width, height) &&
-            wglMakeCurrent(window_.context(), context_) != FALSE)
-            return true;
-        release();
-        return false;
+        if (!window_.isOfThisThread() || !resize(width, height) ||
+            wglMakeCurrent(window_.context(), context_) == FALSE) {
+            release();
+            return false;
+        }
+        if (!std::exchange(isCleared_, true)) clear();
+        return true;
     }
     void release() override { releaseCurrent(); }
 
   private:
+    // What the artist sees until there is a picture. Drivers fit their buffers to a window's new
+    // size when these are exchanged.
+    void clear() {
+        glClearColor(0.2F, 0.6F, 0.2F, 1.0F);
+        glClear(GL_COLOR_BUFFER_BIT);
+        SwapBuffers(window_.context());
+    }
+
     bool resize(int width, int height) {
         if (pictureIs(width, height)) return true;
+        isCleared_ = false;
         const auto place = windowPlace(width, height);
         if (!place) return false;
         SetWindowPos(window_.window(), nullptr, place->left, place->top, place->right - place->left,
@@ -87,6 +95,7 @@ class WindowTarget final : public GlTarget {
 
     Window window_;
     HGLRC context_ = nullptr;
+    bool isCleared_ = false;
 };
 
 // ---- a bitmap in memory
