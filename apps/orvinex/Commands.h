@@ -11,6 +11,8 @@
 
 namespace orvin::orvinex {
 
+inline constexpr int kMaxFrames = 1 << 20;  // that options take
+
 int renderCommand(const apps::ParsedOptions& options);
 int outlineCommand(const apps::ParsedOptions& options);
 int importCommand(const apps::ParsedOptions& options);

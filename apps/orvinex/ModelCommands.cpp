@@ -11,8 +11,6 @@ namespace orvin::orvinex {
 
 namespace {
 
-constexpr int kMaxFrames = 1 << 20;
-
 std::vector<MeshObject*> chosenObjects(SceneX& scene, const std::vector<std::string>& names) {
     if (names.empty()) return objectsToExport(scene, false);
     std::vector<MeshObject*> objects;

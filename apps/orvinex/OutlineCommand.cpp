@@ -6,6 +6,7 @@
 #include "orvinex/Framing.h"
 #include "orvinex/ShownProgress.h"
 #include "orvinex/StyleOptions.h"
+#include "scene/FrameClock.h"
 #include "setup/ArtObjects.h"
 #include "toolkit/platform/Platform.h"
 
@@ -26,11 +27,32 @@ CycleOption cycleNamed(const std::string& name) {
         "reverse-play-then-hold or reverse-loop");
 }
 
+/// What says how a cycle runs, beside its option.
+constexpr const char* kCycleDetails[] = {"--change-every", "--start-frame", "--seed",
+                                         "--hide-before-start"};
+
+void applyCycleDetails(const apps::ParsedOptions& options, ProfileM& cycle) {
+    const auto whole = [&](const char* name, int least, int usual) {
+        return options.has(name) ? apps::wholeOption(options.value(name), name, least, kMaxFrames)
+                                 : usual;
+    };
+    const int start = whole("--start-frame", 0, 0);
+    setTotalFrames(std::max(totalFrames(), start + 1));
+    setCurrentFrame(start);  // what the camera is to frame
+    cycle.setStartFrame(start);
+    cycle.setChangeCounter(whole("--change-every", 1, 1));
+    cycle.setRandomSeed(whole("--seed", 0, 1));
+    cycle.setShowBeforeStart(options.has("--hide-before-start") ? 0 : 1);
+}
+
 AIOptions readOptions(const apps::ParsedOptions& options) {
     const int ways = options.has("--by-layers") + options.has("--layer") + options.has("--single") +
                      options.has("--cycle");
     if (ways > 1)
         throw apps::UsageError("only one of --by-layers, --layer, --single and --cycle goes");
+    for (const char* const detail : kCycleDetails)
+        if (options.has(detail) && !options.has("--cycle"))
+            throw apps::UsageError(std::string(detail) + " goes with --cycle");
     AIOptions wanted;
     wanted.loadByLayers = options.has("--by-layers") || options.has("--cycle");
     if (options.has("--layer")) wanted.layerName = options.value("--layer");
@@ -92,7 +114,9 @@ int outlineCommand(const apps::ParsedOptions& options) {
         bool any = false;
         if (options.has("--cycle")) {
             const CycleOption cycle = cycleNamed(options.value("--cycle"));
-            any = makeCycleObject(parser, style, colors, title, cycle) != nullptr;
+            ObjectX* const object = makeCycleObject(parser, style, colors, title, cycle);
+            any = object != nullptr;
+            if (any) applyCycleDetails(options, dynamic_cast<ProfileM&>(*object->face()));
         } else {
             if (wanted.singleProfile)
                 for (AIObjectRecord& record : parser.objectList())

@@ -61,6 +61,10 @@ std::vector<Command> commands(apps::ProgramOutput& output) {
                             {"--cycle", "OPTION",
                              "one object that shows the layers in turn: play-once, loop, "
                              "ping-pong, ..."},
+                            {"--change-every", "N", "frames that each layer of a cycle stays (1)"},
+                            {"--start-frame", "N", "the first frame of the cycle (0)"},
+                            {"--hide-before-start", "", "nothing shows in the frames before it"},
+                            {"--seed", "N", "of the order of --cycle randomize (1)"},
                             {"--flatten-groups", "", "what is in a group are objects of their own"},
                             turnOption(),
                             kQuiet}),
