@@ -1,15 +1,17 @@
 #include "geometry/outline/FacePeeler.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 #include <utility>
 
 namespace orvin {
 
 namespace {
 
-constexpr int kGridSide = 50;
+constexpr std::size_t kWordBits = 64;
 constexpr double kSamePlace = 0.001;  // squared distance from a corner of the triangle
 
 double squaredLength(Vec2 v) {
@@ -21,26 +23,27 @@ double squaredLength(Vec2 v) {
 FacePeeler::FacePeeler(PolyShape2 shape)
     : shape_(std::move(shape)), limit_(3 * shape_.precs.size()) {
     std::vector<Vec2> points;
-    previous_.assign(shape_.precs.size(), -1);
-    for (int i = 0; i < static_cast<int>(shape_.precs.size()); ++i) {
+    std::vector<int> records;
+    const std::size_t count = shape_.precs.size();
+    previous_.assign(count, -1);
+    firstWaiting_.assign(count, -1);
+    open_.assign(count / kWordBits + 1, 0);
+    for (int i = 0; i < static_cast<int>(count); ++i) {
+        if (prec(i).vertexID >= 0) setOpen(i);
         if (!prec(i).live()) continue;
         previous_[static_cast<std::size_t>(prec(i).next)] = i;
-        gridPrecs_.push_back(i);
+        records.push_back(i);
         points.push_back(shape_.at(i));
     }
-    grid_.build(points, kGridSide, kGridSide);
+    grid_.build(points, records);
 }
 
 bool FacePeeler::extractPolygon(std::vector<int>& ids, int maxSides) {
     int start = 0;
     bridged_.clear();
     for (;;) {
-        start = liveFrom(start);
+        start = openFrom(start);
         if (start >= static_cast<int>(shape_.precs.size())) return false;
-        if (isStuck(start)) {
-            ++start;
-            continue;
-        }
         switch (walk(start, maxSides)) {
             case Walk::kBroken:
                 return false;
@@ -64,32 +67,64 @@ bool FacePeeler::extractPolygon(std::vector<int>& ids, int maxSides) {
     }
 }
 
-/// The first live record from `start` on, or the count of records. What is deleted stays so, so
-/// runs of deleted records are jumped over the next time.
-int FacePeeler::liveFrom(int start) {
-    const int count = static_cast<int>(shape_.precs.size());
-    while (static_cast<int>(jump_.size()) < count)
-        jump_.push_back(static_cast<int>(jump_.size()) + 1);
-    int live = start;
-    while (live < count && prec(live).vertexID < 0)
-        live = jump_[static_cast<std::size_t>(live)];
-    while (start < live)
-        start = std::exchange(jump_[static_cast<std::size_t>(start)], live);
-    return live;
+void FacePeeler::addRecord(Prec record) {
+    const std::size_t i = shape_.precs.size();
+    shape_.precs.push_back(record);
+    previous_.push_back(-1);
+    firstWaiting_.push_back(-1);
+    if (i / kWordBits >= open_.size()) open_.push_back(0);
+    setOpen(static_cast<int>(i));
+}
+
+/// The first open record from `start` on, or the count of records.
+int FacePeeler::openFrom(int start) {
+    const auto from = static_cast<std::size_t>(start);
+    std::size_t word = std::max(from / kWordBits, firstOpen_);
+    if (word >= open_.size()) return static_cast<int>(shape_.precs.size());
+    std::uint64_t bits = open_[word];
+    if (word == from / kWordBits) bits &= ~std::uint64_t{0} << (from % kWordBits);
+    while (bits == 0) {
+        if (++word >= open_.size()) return static_cast<int>(shape_.precs.size());
+        bits = open_[word];
+    }
+    if (start == 0) firstOpen_ = word;
+    return static_cast<int>(word * kWordBits + static_cast<std::size_t>(std::countr_zero(bits)));
+}
+
+void FacePeeler::setOpen(int start) {
+    const std::size_t word = static_cast<std::size_t>(start) / kWordBits;
+    open_[word] |= std::uint64_t{1} << (static_cast<std::size_t>(start) % kWordBits);
+    firstOpen_ = std::min(firstOpen_, word);
+}
+
+void FacePeeler::close(int start) {
+    const std::size_t word = static_cast<std::size_t>(start) / kWordBits;
+    open_[word] &= ~(std::uint64_t{1} << (static_cast<std::size_t>(start) % kWordBits));
 }
 
 /// A piece that ended at its second point was turned away by the third: nothing changes that until
-/// one of the two that follow does.
+/// one of the three does.
 void FacePeeler::noteStuck() {
-    if (stuckAt_.size() < shape_.precs.size()) stuckAt_.resize(shape_.precs.size());
-    stuckAt_[static_cast<std::size_t>(polygon_[0])] = {polygon_[1], prec(polygon_[1]).next};
+    const int start = polygon_[0];
+    close(start);
+    waitFor(start, start);
+    waitFor(polygon_[1], start);
+    waitFor(prec(polygon_[1]).next, start);
 }
 
-bool FacePeeler::isStuck(int start) {
-    if (static_cast<std::size_t>(start) >= stuckAt_.size()) return false;
-    const Followers& known = stuckAt_[static_cast<std::size_t>(start)];
-    return known.next >= 0 && prec(start).next == known.next && prec(known.next).vertexID >= 0 &&
-           prec(known.next).next == known.afterNext && prec(known.afterNext).vertexID >= 0;
+void FacePeeler::waitFor(int record, int start) {
+    int& first = firstWaiting_[static_cast<std::size_t>(record)];
+    waiting_.push_back({start, first});
+    first = static_cast<int>(waiting_.size()) - 1;
+}
+
+/// A record was deleted or got another successor.
+void FacePeeler::changed(int record) {
+    int& first = firstWaiting_[static_cast<std::size_t>(record)];
+    for (; first >= 0; first = waiting_[static_cast<std::size_t>(first)].next) {
+        const int start = waiting_[static_cast<std::size_t>(first)].start;
+        if (prec(start).vertexID >= 0) setOpen(start);
+    }
 }
 
 FacePeeler::Walk FacePeeler::walk(int start, int maxSides) {
@@ -114,13 +149,14 @@ FacePeeler::Walk FacePeeler::walk(int start, int maxSides) {
             polygon_.pop_back();
             return Walk::kPiece;
         }
+        const Line2 newestEdge(previous, newest);
         if (squaredLength(previous - newest) > 0.0 && polygon_.size() >= 3) {
             if (std::abs(cross(previous - newest, v0 - newest)) / 2.0 == 0.0) {
                 std::printf("coincident point in polygon !\n");
                 polygon_.pop_back();
                 return Walk::kPiece;
             }
-            const int blocking = blockingRecord(v0, previous, newest);
+            const int blocking = blockingRecord(v0, newestEdge);
             if (blocking >= 0) {
                 bridge(polygon_[polygon_.size() - 2], blocking);
                 return Walk::kBridged;
@@ -128,38 +164,37 @@ FacePeeler::Walk FacePeeler::walk(int start, int maxSides) {
         }
         if (prec(following).next == start || static_cast<int>(polygon_.size()) >= maxSides)
             return Walk::kPiece;
-        edges_.emplace_back(previous, newest);
+        edges_.push_back(newestEdge);
         current = following;
     }
 }
 
-/// The record inside the triangle that lies nearest to the newest edge of the piece; -1 if none.
-int FacePeeler::blockingRecord(Vec2 v0, Vec2 previous, Vec2 newest) {
-    const Line2 sides[] = {{v0, previous}, {previous, newest}, {newest, v0}};
-    Box2 box;
-    box.add(v0);
-    box.add(previous);
-    box.add(newest);
+/// The record inside the triangle over the newest edge of the piece that lies nearest to the edge
+/// before it; -1 if none.
+int FacePeeler::blockingRecord(Vec2 v0, const Line2& newestEdge) {
+    const Vec2 previous = newestEdge.point();
+    const Vec2 newest = shape_.at(polygon_.back());
     double best = 1e20;
-    int found = -1;
-    grid_.query(box, [&](int entry) {
-        const int candidate = gridPrecs_[static_cast<std::size_t>(entry)];
-        if (prec(candidate).vertexID < 0) return false;
-        const Vec2 p = shape_.at(candidate);
-        if (!box_.contains(p)) return true;
+    std::optional<PointGrid::Point> found;  // a copy: the grid moves points as it drops others
+    grid_.query({v0, previous, newest}, [&](const PointGrid::Point& point) {
+        const Vec2 p = point.at;
+        if (prec(point.id).vertexID < 0) return false;
         if (squaredLength(p - v0) < kSamePlace || squaredLength(p - previous) < kSamePlace ||
             squaredLength(p - newest) < kSamePlace)
             return true;
-        for (const Line2& side : sides)
-            if (!side.isLeftOrOn(p)) return true;
+        if (!box_.contains(p) || !newestEdge.isLeftOrOn(p) || !Line2(v0, previous).isLeftOrOn(p) ||
+            !Line2(newest, v0).isLeftOrOn(p))
+            return true;
         const double distance = edges_.back().signedDistance(p);
-        if (distance < best && !wasBridged(candidate)) {
+        const bool nearer =
+            distance < best || (distance == best && found && point.precedes(*found));
+        if (nearer && !wasBridged(point.id)) {
             best = distance;
-            found = candidate;
+            found = point;
         }
         return true;
     });
-    return found;
+    return found ? found->id : -1;
 }
 
 /// Points on one line with the first of the piece would be bridged to in turns for ever.
@@ -175,21 +210,24 @@ void FacePeeler::bridge(int a, int b) {
     const int r1 = static_cast<int>(shape_.precs.size());
     const int r2 = r1 + 1;
     const int afterA = prec(a).next;
-    shape_.precs.push_back({prec(a).vertexID, afterA});
-    shape_.precs.push_back({prec(b).vertexID, r1});
-    previous_.resize(shape_.precs.size(), -1);
-    const auto link = [&](int from, int to) {
-        prec(from).next = to;
-        previous_[static_cast<std::size_t>(to)] = from;
-    };
+    addRecord({prec(a).vertexID, afterA});
+    addRecord({prec(b).vertexID, r1});
     link(r1, afterA);
     link(r2, r1);
     if (before >= 0) link(before, r2);
     link(a, b);
 }
 
+void FacePeeler::link(int from, int to) {
+    prec(from).next = to;
+    previous_[static_cast<std::size_t>(to)] = from;
+    changed(from);
+}
+
 void FacePeeler::remove(int i) {
     prec(i).vertexID = -1;
+    close(i);
+    changed(i);
 }
 
 void FacePeeler::take(std::vector<int>& ids) {
@@ -206,8 +244,7 @@ void FacePeeler::take(std::vector<int>& ids) {
     // Only a part of the loop: the cut stays as an edge of the rest.
     for (std::size_t k = 1; k + 1 < polygon_.size(); ++k)
         remove(polygon_[k]);
-    prec(first).next = last;
-    previous_[static_cast<std::size_t>(last)] = first;
+    link(first, last);
 }
 
 bool FacePeeler::extractLoop(std::vector<int>& ids, int maxSides) {
@@ -248,13 +285,15 @@ void FacePeeler::clean(std::vector<int>& ids) const {
     for (std::size_t i = 0; i < n; ++i)
         if (ids[i] == ids[(i + 2) % n]) ids[(i + 1) % n] = ids[i];
     const auto at = [&](int id) { return shape_.vertices[static_cast<std::size_t>(id)]; };
-    std::vector<int> kept;
-    kept.reserve(n);
-    for (std::size_t i = 0; i < n; ++i)
-        if (i == 0 || squaredLength(at(ids[i]) - at(ids[i - 1])) > 0.0) kept.push_back(ids[i]);
-    if (kept.size() > 1 && squaredLength(at(kept.front()) - at(kept.back())) <= 0.0)
-        kept.pop_back();
-    ids.swap(kept);
+    std::size_t kept = 0;
+    int before = -1;  // whether it was kept or not
+    for (std::size_t i = 0; i < n; ++i) {
+        const int id = ids[i];
+        if (i == 0 || squaredLength(at(id) - at(before)) > 0.0) ids[kept++] = id;
+        before = id;
+    }
+    ids.resize(kept);
+    if (kept > 1 && squaredLength(at(ids.front()) - at(ids.back())) <= 0.0) ids.pop_back();
 }
 
 }  // namespace orvin

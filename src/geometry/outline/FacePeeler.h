@@ -5,6 +5,7 @@
 // starts over. The shape is used up.
 #pragma once
 
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -47,20 +48,26 @@ class FacePeeler {
   private:
     enum class Walk { kPiece, kBridged, kBroken };
 
-    struct Followers {
-        int next = -1;
-        int afterNext = -1;
+    /// One that waits for a record to change.
+    struct Waiting {
+        int start;
+        int next;  // of those that wait for the same record, as an index into waiting_; or -1
     };
 
-    int liveFrom(int start);
+    void addRecord(Prec record);
+    int openFrom(int start);
+    void setOpen(int start);
+    void close(int start);
     void noteStuck();
-    bool isStuck(int start);
+    void waitFor(int record, int start);
+    void changed(int record);
     bool next(std::vector<int>& ids);
     void clean(std::vector<int>& ids) const;
     Walk walk(int start, int maxSides);
-    int blockingRecord(Vec2 v0, Vec2 previous, Vec2 newest);
+    int blockingRecord(Vec2 v0, const Line2& newestEdge);
     bool wasBridged(int candidate);
     void bridge(int a, int b);
+    void link(int from, int to);
     void remove(int prec);
     void take(std::vector<int>& ids);
     Prec& prec(int i) { return shape_.precs[static_cast<std::size_t>(i)]; }
@@ -68,12 +75,14 @@ class FacePeeler {
     PolyShape2 shape_;
     std::size_t limit_;  // of records
     PointGrid grid_;
-    std::vector<int> gridPrecs_;  // record of each grid point
-    std::vector<int> previous_;   // the record before each record
-    std::vector<int> jump_;       // of deleted records: where to look for the next live one
-    int resume_ = -1;             // where extractLoop stopped
+    std::vector<int> previous_;  // the record before each record
+    int resume_ = -1;            // where extractLoop stopped
 
-    std::vector<Followers> stuckAt_;  // of records that no piece could grow from
+    // Records that a piece may grow from: neither deleted nor stuck. A bit each.
+    std::vector<std::uint64_t> open_;
+    std::size_t firstOpen_ = 0;      // words of open_ before it are 0
+    std::vector<int> firstWaiting_;  // for each record
+    std::vector<Waiting> waiting_;
 
     // The piece under construction, and the vertices that bridges to it joined.
     std::vector<std::pair<int, int>> bridged_;

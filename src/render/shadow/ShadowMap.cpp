@@ -178,8 +178,9 @@ std::uint64_t ShadowMap::weighDeeper(const Query& query) const {
         std::uint32_t inRow = 0;
         for (std::size_t i = 0; i < width; ++i) {
             // Without a branch, which no processor would foresee.
-            const bool dark = isBlocker(texels[i]) & shades(texels[i], depth);
-            inRow += columns[i] & (0U - static_cast<std::uint32_t>(dark));
+            const auto dark = static_cast<std::uint32_t>(isBlocker(texels[i])) &
+                              static_cast<std::uint32_t>(shades(texels[i], depth));
+            inRow += columns[i] & (0U - dark);
         }
         sum += static_cast<std::uint64_t>(inRow) * kernel_.side()[y - query.kernelBottom];
     }
