@@ -1,5 +1,6 @@
 // text: a project of a word or a few lines, set in a font.
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <optional>
@@ -120,8 +121,26 @@ void chooseFont(ProfileT& text, const std::string& path) {
             "font whose encrypted part is neither hexadecimal nor in segments");
 }
 
-void tellMissingLetters(const ProfileT& text) {
+std::string listed(const std::string& codes) {
+    std::string list;
+    for (const char c : codes)
+        list += (list.empty() ? "" : ", ") + std::to_string(static_cast<unsigned char>(c));
+    return list;
+}
+
+/// True for a letter that has run away: fonts mirror some, which the reader doesn't.
+bool isFarOut(const TextFont::Glyph& glyph) {
+    constexpr double kFar = 1000.0;  // ten times the font's height
+    for (const CompositeCurve2& path : glyph.outline.paths)
+        for (const Curve2& curve : path.curves)
+            for (const Vec2 p : curve.points())
+                if (std::abs(p.x) > kFar || std::abs(p.y) > kFar) return true;
+    return false;
+}
+
+void tellOddLetters(const ProfileT& text) {
     std::string missing;
+    std::string farOut;
     bool any = false;
     for (const char c : text.text()) {
         const TextFont::Glyph& glyph = text.font().glyph(static_cast<unsigned char>(c));
@@ -129,13 +148,17 @@ void tellMissingLetters(const ProfileT& text) {
         any = any || visible;
         const bool blank = glyph.advance > 0.0F || c == '\n' || c == '\r';
         if (!visible && !blank && missing.find(c) == std::string::npos) missing += c;
+        if (visible && farOut.find(c) == std::string::npos && isFarOut(glyph)) farOut += c;
     }
     if (!any) throw apps::Failure("nothing of the text shows: it has no letter that the font has");
-    if (missing.empty()) return;
-    std::string codes;
-    for (const char c : missing)
-        codes += (codes.empty() ? "" : ", ") + std::to_string(static_cast<unsigned char>(c));
-    std::fprintf(stderr, "orvinex: the font has nothing for code %s\n", codes.c_str());
+    if (!missing.empty())
+        std::fprintf(stderr, "orvinex: the font has nothing for code %s\n",
+                     listed(missing).c_str());
+    if (!farOut.empty())
+        std::fprintf(stderr,
+                     "orvinex: the letter of code %s lies far outside: the font mirrors a part of "
+                     "it, and such parts go astray\n",
+                     listed(farOut).c_str());
 }
 
 Justify justifyOption(const apps::ParsedOptions& options) {
@@ -186,7 +209,7 @@ int textCommand(const apps::ParsedOptions& options) {
     chooseFont(text, font);
     if (!options.has("--font") && !options.has("--quiet"))
         std::fprintf(stderr, "orvinex: font %s\n", font.c_str());
-    tellMissingLetters(text);
+    tellOddLetters(text);
 
     auto& object = scene.make<ObjectX>(scene.uniqueName(titleOf(text.text())));
     auto& style = scene.make<ObjectXStyle>(*usual, scene.uniqueName(object.name() + " Style"));
