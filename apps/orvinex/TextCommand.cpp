@@ -1,6 +1,5 @@
 // text: a project of a word or a few lines, set in a font.
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <optional>
@@ -128,19 +127,9 @@ std::string listed(const std::string& codes) {
     return list;
 }
 
-/// True for a letter that has run away: fonts mirror some, which the reader doesn't.
-bool isFarOut(const TextFont::Glyph& glyph) {
-    constexpr double kFar = 1000.0;  // ten times the font's height
-    for (const CompositeCurve2& path : glyph.outline.paths)
-        for (const Curve2& curve : path.curves)
-            for (const Vec2 p : curve.points())
-                if (std::abs(p.x) > kFar || std::abs(p.y) > kFar) return true;
-    return false;
-}
-
 void tellOddLetters(const ProfileT& text) {
     std::string missing;
-    std::string farOut;
+    std::string astray;
     bool any = false;
     for (const char c : text.text()) {
         const TextFont::Glyph& glyph = text.font().glyph(static_cast<unsigned char>(c));
@@ -148,17 +137,17 @@ void tellOddLetters(const ProfileT& text) {
         any = any || visible;
         const bool blank = glyph.advance > 0.0F || c == '\n' || c == '\r';
         if (!visible && !blank && missing.find(c) == std::string::npos) missing += c;
-        if (visible && farOut.find(c) == std::string::npos && isFarOut(glyph)) farOut += c;
+        if (visible && astray.find(c) == std::string::npos && glyph.isAstray()) astray += c;
     }
     if (!any) throw apps::Failure("nothing of the text shows: it has no letter that the font has");
     if (!missing.empty())
         std::fprintf(stderr, "orvinex: the font has nothing for code %s\n",
                      listed(missing).c_str());
-    if (!farOut.empty())
+    if (!astray.empty())
         std::fprintf(stderr,
                      "orvinex: the letter of code %s lies far outside: the font mirrors a part of "
                      "it, and such parts go astray\n",
-                     listed(farOut).c_str());
+                     listed(astray).c_str());
 }
 
 Justify justifyOption(const apps::ParsedOptions& options) {

@@ -222,6 +222,11 @@ TEST_F(ProfileTTest, ComesBackFromAProjectAsItWas) {
     EXPECT_EQ(once->font().name, "tiny.ttf");
     EXPECT_EQ(once->font().param, 7);
     EXPECT_EQ(once->text(), text.text());
+    // A letter that lies far outside widens nothing.
+    std::string astray = block;
+    astray.replace(astray.find(" ip 255"), 0,
+                   " ip 254 50 0 1\n cc 1 1\n c 4 0 2\n p 0 0 0\n p 1 65532 0\n");
+    EXPECT_EQ(pens(*readBack(scene, astray)), pens(*once));
     const auto twice = readBack(scene, written(*once));
     for (ProfileT* const read : {once.get(), twice.get()}) {
         const std::vector<Vec2> after = pens(*read);

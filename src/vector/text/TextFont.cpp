@@ -17,7 +17,23 @@ std::string_view fileNameOf(std::string_view path) {
     return path.substr(path.find_last_of("\\/") + 1).substr(0, kNameLimit);
 }
 
+Box2 boxOf(const InputProfile2& outline) {
+    Box2 box;
+    for (const CompositeCurve2& path : outline.paths)
+        for (const Curve2& curve : path.curves)
+            for (const Vec2 p : curve.points())
+                box.add(p);
+    return box;
+}
+
 }  // namespace
+
+bool TextFont::Glyph::isAstray() const {
+    constexpr double kFar = 10.0 * kHeight;
+    const Box2 box = boxOf(outline);
+    return !box.empty() &&
+           !(box.xmin >= -kFar && box.xmax <= kFar && box.ymin >= -kFar && box.ymax <= kFar);
+}
 
 Result TextFont::load(std::string_view path, int fontParam) {
     setFontDiagnostics(false);
@@ -61,10 +77,10 @@ TextFont::Measures TextFont::measures() const {
         return {static_cast<double>(height), static_cast<double>(width)};
     Box2 box;
     for (const Glyph& glyph : glyphs_)
-        for (const CompositeCurve2& path : glyph.outline.paths)
-            for (const Curve2& curve : path.curves)
-                for (const Vec2 p : curve.points())
-                    box.add(p);
+        if (const Box2 own = boxOf(glyph.outline); !own.empty() && !glyph.isAstray()) {
+            box.add({own.xmin, own.ymin});
+            box.add({own.xmax, own.ymax});
+        }
     return {kHeight, box.empty() ? 0.0 : box.width()};
 }
 

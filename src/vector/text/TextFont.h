@@ -20,6 +20,10 @@ class TextFont {
         InputProfile2 outline;  // its origin is where the pen stands
         float advance = 0.0f;
         float bearing = 0.0f;
+
+        /// True where some of the outline is more than ten times the font's height away: fonts
+        /// mirror parts of some letters, which the reader doesn't do.
+        bool isAstray() const;
     };
 
     TextFont() : glyphs_(kCodes) {}
@@ -46,9 +50,9 @@ class TextFont {
 
     /// The same as a layout takes them. Files hold the two halves of the height's bits in their
     /// place, and every file ever written has them so; a pair that no font has is taken for a
-    /// height of 100 and for the width of the box around all outlines. So a text looks after a
-    /// save, a flatten or an undo as it did before, but for the difference between that box and
-    /// the font's own.
+    /// height of 100 and for the width of the box around all outlines but astray ones. So a text
+    /// looks after a save, a flatten or an undo as it did before, but for the difference between
+    /// that box and the font's own.
     struct Measures {
         double height;
         double width;
