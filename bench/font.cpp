@@ -39,7 +39,7 @@ void TrueTypeRead(benchmark::State& state) {
     for (auto _ : state) {
         FontFile font;
         font.kind = FontFile::Kind::kTrueType;
-        TrueTypeReader(font, -1).parse(
+        TrueTypeReader(font).parse(
             {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
         benchmark::DoNotOptimize(font.glyphCount());
     }

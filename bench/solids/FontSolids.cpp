@@ -151,6 +151,7 @@ class Workshop {
 
     ProfileT& text = scene_->make<ProfileT>("letter");
 
+    /// Returns how far it stands out.
     double chooseBevel(const char* name) {
         ProfileL* const edge = useLibraryEdge(*scene_, findEdge(name));
         style_->setPerim(edge->name());
@@ -226,7 +227,7 @@ int run(int argc, char** argv) {
     std::ofstream out(argv[1]);
     out << "| Font | Glyphs |";
     for (const char* const bevel : kBevels)
-        out << ' ' << bevel << " |";
+        out << ' ' << bevel << " (" << workshop.chooseBevel(bevel) << " units) |";
     out << "\n|---|---|---|---|---|\n";
     std::array<Counts, kBevels.size()> all;
     int allGlyphs = 0;

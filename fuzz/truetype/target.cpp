@@ -19,7 +19,7 @@ void require(bool holds) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     FontFile font;
     font.kind = FontFile::Kind::kTrueType;
-    TrueTypeReader(font, -1).parse({data, size});
+    TrueTypeReader(font).parse({data, size});
     std::size_t budget = 5000;  // points to flatten; copies of a glyph share theirs
     for (std::size_t i = 0; i < font.glyphCount(); ++i) {
         const FontGlyph& glyph = font.glyphAt(i);

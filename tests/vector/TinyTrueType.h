@@ -136,7 +136,7 @@ inline std::span<const std::uint8_t> asBytes(const std::string& text) {
 inline FontFile parsed(const std::string& bytes) {
     FontFile font;
     font.kind = FontFile::Kind::kTrueType;
-    TrueTypeReader(font, -1).parse(asBytes(bytes));
+    TrueTypeReader(font).parse(asBytes(bytes));
     return font;
 }
 

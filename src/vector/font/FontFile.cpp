@@ -29,7 +29,7 @@ FontFile::FontFile(std::string_view path, int charsetParam) : charset(charsetPar
         reader = std::make_unique<Type1Reader>(*this);
     } else if (extension == ".ttf") {
         kind = Kind::kTrueType;
-        reader = std::make_unique<TrueTypeReader>(*this, charset);
+        reader = std::make_unique<TrueTypeReader>(*this);
     } else {
         std::fprintf(stderr, "Unrecognized font file type: %s\n", std::string(path).c_str());
         return;

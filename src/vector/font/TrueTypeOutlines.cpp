@@ -100,6 +100,7 @@ void TrueTypeOutlines::readSimple(SfntCursor& in, FontGlyph& glyph, int contourC
     ends_.clear();
     for (int i = 0; i < contourCount && !in.pastEnd(); ++i)
         ends_.push_back(in.u16());
+    if (in.pastEnd()) return;
     in.skip(in.u16());  // instructions
     const std::size_t pointCount = ends_.back() + 1;
     fontReport("  %3d simple glyph (%d curves, %d points)\n", glyph.code, contourCount,

@@ -25,7 +25,7 @@ namespace orvin {
 
 class TrueTypeReader final : public FontReader {
   public:
-    TrueTypeReader(FontFile& font, int charset) : font_(font), charset_(charset) {}
+    explicit TrueTypeReader(FontFile& font) : font_(font) {}
 
     void read(std::string_view path) override;
 
@@ -34,7 +34,6 @@ class TrueTypeReader final : public FontReader {
 
   private:
     FontFile& font_;
-    int charset_;
 };
 
 }  // namespace orvin
