@@ -39,6 +39,26 @@ Curve2 quarter(double radius, double start) {
     return Curve2(Type::kBezier, std::move(points));
 }
 
+// A curve of a few characters may be of any size.
+TEST(CompositeCurve2, CurvesOfHugeExtentHaveAnEnd) {
+    const Curve2 huge(Type::kBezier, {{1e12, 0}, {1e12, 1e12}, {0, 1e12}, {0, 0}});
+    std::vector<Vec2> points;
+    std::vector<Vec2> normals;
+    ASSERT_EQ(huge.flatten(0.5, points, normals), kSuccess);
+    EXPECT_GT(points.size(), 200U);
+    EXPECT_LT(points.size(), 4000U);
+    CompositeCurve2 path;
+    path.curves.assign(20, huge);
+    Mesh2 mesh;
+    ASSERT_EQ(path.emit(0.5, 20.0, mesh), kSuccess);
+    const int perPath = mesh.vertexCount();
+    while (static_cast<std::size_t>(mesh.vertexCount() + perPath) <= CompositeCurve2::kMostPoints)
+        mesh.addVertex({});
+    const int full = mesh.vertexCount();
+    EXPECT_EQ(path.emit(0.5, 20.0, mesh), kFailure);
+    EXPECT_EQ(mesh.vertexCount(), full);
+}
+
 TEST(Curve2, BezierFlattensWithinTolerance) {
     for (const double tolerance : {5.0, 0.5, 0.05}) {
         std::vector<Vec2> points;

@@ -166,6 +166,8 @@ Result CompositeCurve2::emit(double tolerance, double hardAngle, Mesh2& out) con
         const std::ptrdiff_t skip = smooth ? 1 : 0;
         points.insert(points.end(), newPoints.begin() + skip, newPoints.end());
         normals.insert(normals.end(), newNormals.begin() + skip, newNormals.end());
+        if (static_cast<std::size_t>(out.vertexCount()) + points.size() > kMostPoints)
+            return kFailure;
         if (curve.attachedTail && !curve.closed && i + 1 < curves.size()) continue;
         addPath(points, normals, curve.closed || closed, hardAngle, out);
         points.clear();

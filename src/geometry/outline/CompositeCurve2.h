@@ -11,6 +11,10 @@ namespace orvin {
 
 class CompositeCurve2 final : public Persistent {
   public:
+    /// Of one outline: far beyond what is drawn, and short of what a small file of curves of huge
+    /// extent asks for.
+    static constexpr std::size_t kMostPoints = std::size_t{1} << 22;
+
     Result writeBody(SceneStream& stream) override;
     const CommandRegistry& commandRegistry() const override;
     std::string_view className() const override { return "CompositeCurve2"; }
@@ -32,7 +36,7 @@ class CompositeCurve2 final : public Persistent {
     /// kPointList for open ones, each with its own vertices, left normals (not always of unit
     /// length) and texture vertices (1 minus the arc fraction, 0). Joints of less than `hardAngle`
     /// degrees become one smooth point, others stay two points at one place. 0, or what a curve's
-    /// flattening returned.
+    /// flattening returned, or -1 where `out` would have more than kMostPoints.
     Result emit(double tolerance, double hardAngle, Mesh2& out) const;
 
     /// Arc fractions of all vertices, 0 first.

@@ -14,8 +14,8 @@ namespace {
 constexpr double kShort = 0.1;        // nearer than this is one point
 constexpr double kClosingGap = 0.01;  // a closed curve with a wider gap gets its first point again
 constexpr double kLengthTolerance = 0.1;
-// Refinement of a curve of huge extent must end somewhere: at 4096 points the chord of a curve 1e7
-// units long is still within a unit of it.
+// Of a curve's extent: nobody sees less, and curves of huge extent would take thousands of points.
+constexpr double kFinest = 1e-6;
 constexpr std::size_t kMaxSamples = 4096;
 
 double distance(Vec2 a, Vec2 b) {
@@ -39,6 +39,13 @@ Vec2 evaluateBezier(std::span<const Vec2> control, double t, std::vector<Vec2>& 
     if (work.size() == 1) return work[0];
     if (normal != nullptr) *normal = leftNormal(normalize(work[1] - work[0]));
     return work[0] * (1.0 - t) + work[1] * t;
+}
+
+double extentOf(std::span<const Vec2> points) {
+    Box2 box;
+    for (const Vec2 p : points)
+        box.add(p);
+    return points.empty() ? 0.0 : std::max(box.width(), box.height());
 }
 
 struct Sample {
@@ -184,6 +191,7 @@ Result Curve2::flattenBezier(double tolerance, std::vector<Vec2>& points,
                              std::vector<Vec2>& normals) const {
     const std::size_t n = points_.size();
     if (n > kMaxControlPoints) return kFailure;
+    tolerance = std::max(tolerance, kFinest * extentOf(points_));
     std::vector<Vec2> work;
     const auto sampleAt = [&](double t) {
         Sample s;

@@ -49,7 +49,8 @@ class Curve2 final : public Persistent {
     /// null.
     Vec2 evaluate(double t, Vec2* normal) const;
 
-    /// Replaces the lists by a polyline with normals. Bezier: within `tolerance` of the curve.
+    /// Replaces the lists by a polyline with normals. Bezier: within `tolerance` of the curve,
+    /// or a millionth of its extent where that is more.
     /// Linear: every segment gets its own two points with its (unnormalised) left normal.
     /// -1 for a Bezier of too many control points.
     Result flatten(double tolerance, std::vector<Vec2>& points, std::vector<Vec2>& normals) const;

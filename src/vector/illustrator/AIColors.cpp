@@ -1,13 +1,16 @@
 #include "vector/illustrator/AIColors.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace orvin {
 
 void AIColors::cmykColor(const std::array<float, 4>& ink, Use use) {
     AIColor color{0.0F, 0.0F, 0.0F, 1.0F};
+    // Two numbers that are finite may have a sum that isn't.
+    constexpr float kLeast = std::numeric_limits<float>::lowest();
     for (std::size_t i = 0; i < 3; ++i)
-        color[i] = 1.0F - std::min(1.0F, ink[i] + ink[3]);
+        color[i] = 1.0F - std::clamp(ink[i] + ink[3], kLeast, 1.0F);
     setColor(color, use);
 }
 
