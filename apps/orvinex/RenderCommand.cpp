@@ -5,6 +5,7 @@
 #include "orvinex/ShownProgress.h"
 #include "render/CameraX.h"
 #include "render/gl/RenderWith.h"
+#include "render/gl/viewer/ViewerDrawing.h"
 #include "render/shadow/ShadowPass.h"
 #include "scene/FrameClock.h"
 
@@ -42,6 +43,38 @@ RenderParams paramsFor(const apps::ParsedOptions& options, RenderState& state) {
     return state.params;
 }
 
+bool advancedLighting(const apps::ParsedOptions& options, Project& project) {
+    if (!options.has("--gl-lighting")) return project.preferences().advancedGLLighting;
+    const std::string how = options.value("--gl-lighting");
+    if (how != "simple" && how != "advanced")
+        throw apps::UsageError("--gl-lighting is 'simple' or 'advanced', not '" + how + "'");
+    return how == "advanced";
+}
+
+// As the viewers show the scene: with ground plane, guides, icons and names.
+std::unique_ptr<ImageBuffer> viewerPicture(Project& project, const RenderParams& params,
+                                           const GlFrameOptions& gl) {
+    const RenderState::ViewerBlock& block = project.renderState().viewer;
+    ViewerOptions viewer;
+    viewer.camera = gl.camera;
+    viewer.style = gl.style;
+    viewer.textures = gl.textures;
+    viewer.advancedLighting = gl.advancedLighting;
+    viewer.background = block.background;
+    viewer.pixelAspect = static_cast<double>(params.pixelAspect);
+    viewer.quality = 1;
+    viewer.furniture.groundPlane = block.groundPlaneOn;
+    viewer.furniture.groundLevel = block.groundPlaneLevel;
+    viewer.furniture.frameWidth = params.width;
+    viewer.furniture.frameHeight = params.height;
+    OrvinGLRender openGl;
+    auto picture = std::make_unique<ImageBuffer>();
+    if (drawViewer(openGl, project.mainScene(), static_cast<int>(params.width),
+                   static_cast<int>(params.height), viewer, *picture) != kSuccess)
+        throw apps::Failure("OpenGL is not available: " + openGl.failure());
+    return picture;
+}
+
 }  // namespace
 
 int renderCommand(const apps::ParsedOptions& options) {
@@ -67,10 +100,11 @@ int renderCommand(const apps::ParsedOptions& options) {
     GlFrameOptions gl;
     gl.style = rendererFor(method);
     gl.camera = camera;
-    gl.advancedLighting = project.preferences().advancedGLLighting;
+    gl.advancedLighting = advancedLighting(options, project);
     OrvinGLRender openGl;
     const auto image = [&] {
         const ShownProgress progress("rendering", options.has("--quiet"));
+        if (options.has("--furniture")) return viewerPicture(project, params, gl);
         return renderWith(openGl, scene, params, gl, software);
     }();
     if (!image) throw apps::Failure("the frame was stopped");

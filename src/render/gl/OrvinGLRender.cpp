@@ -147,7 +147,7 @@ void OrvinGLRender::draw(SceneX& scene, CameraX& camera, const RenderParams& par
     glDepthRange(0.0, 1.0);
     if (!options.overlay) return;
     setMatrices(view);
-    options.overlay(view);
+    options.overlay({view, meshes_});
 }
 
 Result OrvinGLRender::readBack(ImageBuffer& picture, int width, int height) {

@@ -25,6 +25,13 @@ namespace orvin {
 class CameraX;
 class SceneX;
 
+/// What a drawing over a finished scene works with. The context is current, the matrices of the
+/// view are loaded and the depth of the scene is in place.
+struct GlOverlay {
+    const GlView& view;
+    GlMeshCache& meshes;
+};
+
 struct GlFrameOptions {
     /// What is drawn: kHiQualityOpenGl, kHiddenline or kVector; kOrvinex counts as the first.
     Renderer style = Renderer::kHiQualityOpenGl;
@@ -43,9 +50,7 @@ struct GlFrameOptions {
     /// What is drawn besides; depth ends here.
     Box3 overlayBounds;
 
-    /// Draws over the finished scene with the context current, the matrices of `view` loaded and
-    /// the depth of the scene in place.
-    std::function<void(const GlView& view)> overlay;
+    std::function<void(const GlOverlay&)> overlay;
 
     /// Called with true when the frame starts and false when it ends, however it ends.
     std::function<void(bool)> busyCursor;

@@ -53,7 +53,7 @@ bool setPixelFormat(HDC context, DWORD target) {
     DescribePixelFormat(context, format, sizeof given, &given);
     const bool fits = (given.dwFlags & target) != 0 && (given.dwFlags & PFD_SUPPORT_OPENGL) != 0 &&
                       given.iPixelType == PFD_TYPE_RGBA && given.cRedBits >= 8 &&
-                      given.cDepthBits >= 16;
+                      given.cAlphaBits >= 8 && given.cDepthBits >= 16;
     return fits && SetPixelFormat(context, format, &given) != FALSE;
 }
 
