@@ -22,7 +22,7 @@ constexpr std::uint32_t chunkId(const char (&name)[5]) {
     return id;
 }
 
-struct Chunk {
+struct IffChunk {
     std::uint32_t id = 0;
     Bytes body;  // of the size that is there, if the chunk says a larger one
 };
@@ -67,9 +67,9 @@ class ByteReader {
     }
 
     /// The next chunk: name, size in four bytes, content. Short rests give an empty chunk, name 0.
-    Chunk chunk() { return sizedChunk<4>(); }
+    IffChunk chunk() { return sizedChunk<4>(); }
     /// The same with the size in two bytes.
-    Chunk subChunk() { return sizedChunk<2>(); }
+    IffChunk subChunk() { return sizedChunk<2>(); }
 
   private:
     template <std::size_t Size>
@@ -89,8 +89,8 @@ class ByteReader {
     static double finite(double value) { return std::isfinite(value) ? value : 0.0; }
 
     template <std::size_t SizeBytes>
-    Chunk sizedChunk() {
-        Chunk chunk;
+    IffChunk sizedChunk() {
+        IffChunk chunk;
         chunk.id = u32();
         const auto size = static_cast<std::size_t>(number<SizeBytes>());
         if (failed_) return {};

@@ -5,6 +5,17 @@
 #include <iterator>
 
 namespace orvin {
+namespace {
+
+std::size_t pointCount(const InputProfile2& outline) {
+    std::size_t count = 0;
+    for (const CompositeCurve2& path : outline.paths)
+        for (const Curve2& curve : path.curves)
+            count += curve.points().size();
+    return count;
+}
+
+}  // namespace
 
 ProfileT::ProfileT(SceneX& scene, std::string_view name) : OutlineProfile(scene, name) {
     setFont(kDefaultFont, -1);
@@ -148,8 +159,11 @@ InputProfile2* ProfileT::inputProfile() {
     prepare();
     if (!curvesBuilt_) {
         outline().clear();
+        std::size_t points = 0;
         for (const Letter& letter : letters_) {
             InputProfile2 curves = sizedOutline(letter.code);
+            points += pointCount(curves);
+            if (points > CompositeCurve2::kMostPoints) break;
             curves.translate(letter.pen.x, letter.pen.y);
             std::move(curves.paths.begin(), curves.paths.end(),
                       std::back_inserter(outline().paths));
@@ -186,6 +200,9 @@ Result ProfileT::flatten(double tolerance, double hardAngle, Mesh2& shape) {
             // A flattened path has vertices, texture vertices and normals of its own, as many of
             // each.
             const FaceView path = known.face(f);
+            if (static_cast<std::size_t>(shape.vertexCount()) + path.vertices.size() >
+                CompositeCurve2::kMostPoints)
+                return kFailure;
             corners.clear();
             for (std::size_t i = 0; i < path.vertices.size(); ++i) {
                 corners.push_back(shape.addVertex(known.vertex(path.vertices[i]) + letter.pen));

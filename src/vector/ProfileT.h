@@ -7,7 +7,8 @@
 // down from there.
 //
 // Degenerate input: an empty text, and one of blanks, has an empty shape. Nothing holds back a pen
-// that negative spacing moves backwards.
+// that negative spacing moves backwards. A text of more than CompositeCurve2::kMostPoints points
+// has no shape, and its curves end there.
 #pragma once
 
 #include <cstddef>

@@ -193,6 +193,13 @@ TEST(LwoReader, DamagedFiles) {
     };
     for (const auto& c : cases)
         EXPECT_EQ(parsed(form("LWO2", c.chunks)).faceCount(), c.faces) << c.name;
+
+    // What comes again and again: a long name, and a tag far beyond the polygons.
+    std::string often = chunk("TAGS", text(std::string(1 << 20, 'n')));
+    for (int i = 0; i < 5000; ++i)
+        often += chunk("LAYR", std::string(18, '\0')) + kSquare + triangle +
+                 chunk("PTAG", "SURF" + u16(0) + u16(0) + "\xFF\xFF\xFF\xF0" + u16(0));
+    EXPECT_EQ(parsed(form("LWO2", often)).faceCount(), 5000U);
 }
 
 TEST_F(ModelFiles, LightWaveKeepsSeamsSectionsAndElements) {

@@ -299,6 +299,12 @@ TEST(Type1, HostileFontsEnd) {
         points += contour.count;
     EXPECT_LE(points, std::size_t{1} << 22);
 
+    // A private part in crumbs.
+    std::string crumbs = pfbSegment(1, growing.clearText());
+    for (int i = 0; i < 200000; ++i)
+        crumbs += pfbSegment(2, "x");
+    EXPECT_EQ(parsedType1(crumbs).glyphCount(), 0u);
+
     // A segment without length, over and over.
     growing.glyphs = {{"B", moveTo(3)}};
     EXPECT_EQ(parsedType1(growing.pfa() + pfbSegment(1, "") + "%!").glyphCount(), 1u);

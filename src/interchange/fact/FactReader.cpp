@@ -47,7 +47,7 @@ class FactParser {
         std::vector<Bytes> elements;
     };
 
-    void chunk(const Chunk& chunk) {
+    void chunk(const IffChunk& chunk) {
         Open& open = open_.back();
         Mesh3& mesh = open.group.mesh;
         switch (chunk.id) {
@@ -86,7 +86,7 @@ class FactParser {
         }
     }
 
-    void headerChunk(const Chunk& chunk) {
+    void headerChunk(const IffChunk& chunk) {
         ImportedGroup& group = open_.back().group;
         ByteReader in(chunk.body);
         if (chunk.id == fact::kName) {

@@ -21,7 +21,8 @@ class Lwo2Reader {
 
     Result run(Bytes chunks) {
         for (ByteReader in(chunks); !in.atEnd();)
-            if (const Chunk chunk = in.chunk(); chunk.id == kTags) surfaces_.addNames(chunk.body);
+            if (const IffChunk chunk = in.chunk(); chunk.id == kTags)
+                surfaces_.addNames(chunk.body);
         for (ByteReader in(chunks); !in.atEnd();)
             if (this->chunk(in.chunk()) != kSuccess) return kFailure;
         return finishLayer();
@@ -39,7 +40,7 @@ class Lwo2Reader {
         }
     };
 
-    Result chunk(const Chunk& chunk) {
+    Result chunk(const IffChunk& chunk) {
         switch (chunk.id) {
             case kLayer:
                 if (finishLayer() != kSuccess) return kFailure;
@@ -136,13 +137,15 @@ class Lwo2Reader {
         }
     }
 
-    void polygonTags(Bytes body) {
+    /// Tags of polygons below `polygonLimit`; there can't be others.
+    void polygonTags(Bytes body, std::size_t polygonLimit) {
         ByteReader in(body);
         if (in.u32() != kSurface) return;
         while (!in.atEnd()) {
             const std::uint32_t polygon = index(in);
             const std::uint16_t tag = in.u16();
             if (in.failed()) return;
+            if (polygon >= polygonLimit) continue;
             if (polygon >= tags_.size()) tags_.resize(polygon + 1, kNoTag);
             tags_[polygon] = tag;
         }
@@ -150,16 +153,16 @@ class Lwo2Reader {
 
     // ---- polygons
 
-    Result polygons(Bytes body, std::span<const Chunk> properties) {
+    Result polygons(Bytes body, std::span<const IffChunk> properties) {
         ByteReader in(body);
         const std::uint32_t type = in.u32();
         const bool curves = type == kCurve;
         if (!curves && type != kFaces && type != kSubPatch && type != kSubDivision) return kSuccess;
         tags_.clear();
         ownTextures_.clear();
-        for (const Chunk& chunk : properties) {
+        for (const IffChunk& chunk : properties) {
             if (chunk.id == kPolygonTags)
-                polygonTags(chunk.body);
+                polygonTags(chunk.body, in.rest() / 2);
             else
                 discontinuousMap(chunk.body);
         }
@@ -223,7 +226,7 @@ class Lwo2Reader {
         in.text();  // of the surface that this one is derived from
         Surfaces::Look look;
         while (!in.atEnd()) {
-            const Chunk part = in.subChunk();
+            const IffChunk part = in.subChunk();
             ByteReader value(part.body);
             if (part.id == kColor && part.body.size() >= kPointBytes)
                 for (std::size_t i = 0; i < 3; ++i)
@@ -241,8 +244,8 @@ class Lwo2Reader {
     // Of the points that came last:
     int first_ = 0;  // point of the mesh that their point 0 is
     int count_ = 0;
-    std::vector<int> textureOf_;  // of each; empty where no map was seen
-    std::vector<Chunk> pending_;  // polygons, and tags and maps behind those that they belong to
+    std::vector<int> textureOf_;     // of each; empty where no map was seen
+    std::vector<IffChunk> pending_;  // polygons, and tags and maps behind those that they belong to
     // Of the polygons that are being made:
     std::vector<std::uint16_t> tags_;
     std::vector<OwnTexture> ownTextures_;  // sorted

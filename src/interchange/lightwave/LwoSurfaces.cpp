@@ -7,16 +7,18 @@ namespace orvin::lwo {
 void Surfaces::addNames(Bytes names) {
     const auto start = static_cast<std::size_t>(names.data() - file_.data());
     for (ByteReader in(names); !in.atEnd(); in.text())
-        names_.push_back(static_cast<std::uint32_t>(start + names.size() - in.rest()));
+        names_.push_back({static_cast<std::uint32_t>(start + names.size() - in.rest()), kUnseen});
 }
 
 int Surfaces::material(std::uint32_t surface) {
     if (surface >= names_.size()) return ImportedGroup::kNoMaterial;
-    const std::string_view name = ByteReader(file_.subspan(names_[surface])).text();
+    Name& known = names_[surface];
+    if (known.material != kUnseen) return known.material;
+    const std::string_view name = ByteReader(file_.subspan(known.start)).text();
     const auto next = static_cast<int>(model_.materials.size());
     const auto [found, isNew] = materials_.emplace(name, next);
     if (isNew) model_.materials.emplace_back().name = name;
-    return found->second;
+    return known.material = found->second;
 }
 
 void Surfaces::applyLooks() {

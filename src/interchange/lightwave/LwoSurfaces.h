@@ -40,7 +40,13 @@ class Surfaces {
   private:
     Bytes file_;
     ImportedGroups& model_;
-    std::vector<std::uint32_t> names_;  // where they start in the file
+    struct Name {
+        std::uint32_t start;  // in the file
+        int material;         // or kUnseen
+    };
+    static constexpr int kUnseen = -2;
+
+    std::vector<Name> names_;
     std::unordered_map<std::string_view, Look> looks_;
     std::unordered_map<std::string_view, int> materials_;
 };

@@ -19,7 +19,7 @@ class LwobReader {
     Result run(Bytes chunks) {
         // Polygons first name their surfaces when those are known: names may stand behind them.
         for (ByteReader in(chunks); !in.atEnd();)
-            if (const Chunk chunk = in.chunk(); chunk.id == kSurfaceNames)
+            if (const IffChunk chunk = in.chunk(); chunk.id == kSurfaceNames)
                 surfaces_.addNames(chunk.body);
         for (ByteReader in(chunks); !in.atEnd();)
             if (this->chunk(in.chunk()) != kSuccess) return kFailure;
@@ -28,7 +28,7 @@ class LwobReader {
     }
 
   private:
-    Result chunk(const Chunk& chunk) {
+    Result chunk(const IffChunk& chunk) {
         switch (chunk.id) {
             case kPoints:
                 first_ = layer_.addPoints(chunk.body);
@@ -80,7 +80,7 @@ class LwobReader {
         const std::string_view name = in.text();
         Surfaces::Look look;
         while (!in.atEnd()) {
-            const Chunk part = in.subChunk();
+            const IffChunk part = in.subChunk();
             ByteReader value(part.body);
             if (part.id == kColor) {
                 for (std::size_t i = 0; i < 3; ++i)

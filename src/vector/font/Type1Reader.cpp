@@ -253,7 +253,6 @@ std::vector<std::uint8_t> Parse::decryptPrivate() {
         }
     } else {
         for (;;) {
-            plain.reserve(plain.size() + (segmentEnd_ - at_));
             for (; at_ < segmentEnd_; ++at_)
                 plain.push_back(cipher.decrypt(file_[at_]));
             if (byteAt(at_) != kPfbMark || byteAt(at_ + 1) != kPfbBinary || !readHeader()) break;
