@@ -72,6 +72,13 @@ void beginFrame(const GlView& view, const std::array<float, 3>& background) {
     setMatrices(view);
 }
 
+// Targets may be larger than what can be drawn into them.
+bool isWithinReach(int width, int height) {
+    std::array<GLint, 2> most{};
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, most.data());
+    return width <= most[0] && height <= most[1];
+}
+
 std::string errorText(GLenum error) {
     if (error == kContextLost) return "the OpenGL context is lost";
     if (error == GL_OUT_OF_MEMORY) return "OpenGL is out of memory";
@@ -184,6 +191,7 @@ Result OrvinGLRender::renderFrame(SceneX& scene, const RenderParams& params,
     const AtExit release([this] {
         if (target_) target_->release();
     });
+    if (!isWithinReach(width, height)) return fail("a picture of that size is too large for it");
     draw(scene, *camera, params, options, width, height);
     if (pollProgress(1, 2) != 0) return kFailure;
     if (readBack(picture, width, height) != kSuccess) return kFailure;

@@ -384,6 +384,21 @@ TEST(GlFrame, WhatCantBeDrawnSaysSo) {
     EXPECT_NE(s.gl.failure().find("camera"), std::string::npos);
 }
 
+TEST(GlFrame, TheWidestPictureIsWholeOrRefused) {
+    GlScene s;
+    s.light(LightType::kAmbient);
+    s.object(TestScene::rectangle(-5, -5, 5, 5));
+    s.params.width = 32767;
+    s.params.height = 2;
+    ImageBuffer picture;
+    if (s.gl.renderFrame(s.scene, s.params, s.options, picture) == kSuccess)
+        EXPECT_EQ(Picture(picture).at(32766, 1)[3], 255);
+    else
+        EXPECT_NE(s.gl.failure().find("size"), std::string::npos);
+    s.params.width = 16;
+    EXPECT_EQ(s.draw().at(15, 1)[3], 255);
+}
+
 TEST(GlFrame, StopsWhenAskedTo) {
     GlScene s;
     s.light(LightType::kAmbient);
