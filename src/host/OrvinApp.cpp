@@ -138,7 +138,13 @@ void OrvinApp::newScene() {
 }
 
 Result OrvinApp::readFlat(HandleMemory& memory, Handle handle, std::size_t offset) {
-    return manager_.readProjectHandle(memory, handle, offset, true, true);
+    try {
+        return manager_.readProjectHandle(memory, handle, offset, true, true);
+    } catch (const std::bad_alloc&) {
+        // Members say so where their parent isn't there, which cut data is full of. When memory is
+        // gone in earnest, the new scene that follows says it again.
+        return kFailure;
+    }
 }
 
 Result OrvinApp::writeFlat(HandleMemory& memory, Handle& handle, std::size_t offset) {
