@@ -1,5 +1,5 @@
-// Models in and out of scenes: dispatch by extension, exact OBJ text, sections, frames, round
-// trips, and failures that leave files as they were.
+// Models in and out of scenes: dispatch by extension, exact OBJ text, sections, and failures that
+// leave files as they were.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -113,47 +113,6 @@ TEST_F(ModelFiles, TextOfAnExport) {
     EXPECT_EQ(filesInFolder(), 1U);
 }
 
-TEST_F(ModelFiles, WhatIsExportedComesBack) {
-    // A turned and stretched, then mirrored, tetrahedron: outward normals must look outward still.
-    for (const double mirror : {1.0, -1.0}) {
-        Mesh3 mesh;
-        for (const Vec3 p : {Vec3{0, 0, 0}, {3, 0, 0}, {0, 2, 0}, {0, 0, 1}})
-            mesh.addVertex(p);
-        for (const auto& f : {std::array<int, 3>{0, 2, 1}, {0, 1, 3}, {0, 3, 2}, {1, 2, 3}})
-            mesh.addFace(ElementKind::kPolygon, 0, f);
-        auto& object = scene_.make<ObjectP>(scene_.uniqueName("tetra"));
-        object.setMesh(std::move(mesh));
-        object.transform().setRotate({30, 40, 50});
-        object.transform().setScale({1, 2 * mirror, 3});
-        MeshObject* const objects[] = {&object};
-        const fs::path path = folder_ / "tetra.obj";
-        ASSERT_EQ(exportModel(path, objects), kSuccess);
-        std::vector<ObjectP*> made;
-        SceneX second;
-        ASSERT_EQ(importModel(second, path, &made), kSuccess);
-        ASSERT_EQ(made.size(), 1U);
-        std::uint32_t revision = 0;
-        const Mesh3& back = *made[0]->mesh(1, revision);
-        ASSERT_EQ(back.faceCount(), 4);
-        const auto positions = object.worldPositions();
-        double volume = 0.0;
-        for (int i = 0; i < 4; ++i) {
-            const FaceView face = back.face(i);
-            for (const int normal : face.normals)
-                EXPECT_NEAR(dot(back.normal(normal), back.facePlane(i).normal), 1.0, 1e-5);
-            const auto p = [&](std::size_t j) { return back.vertex(face.vertices[j]); };
-            volume += dot(p(0), cross(p(1), p(2))) / 6.0;
-        }
-        EXPECT_NEAR(volume, 6.0, 1e-4) << "a sixth of 3 * 2 * 1, times the stretch of 6";
-        for (int i = 0; i < 4; ++i) {
-            double nearest = 1e9;
-            for (const Vec3 q : back.vertices())
-                nearest = std::min(nearest, length(q - positions[static_cast<std::size_t>(i)]));
-            EXPECT_LT(nearest, 2e-6);
-        }
-    }
-}
-
 TEST_F(ModelFiles, FailuresLeaveTheOldFile) {
     const fs::path path = file("keep.obj", "old");
     auto& object = triangle("o", {0});
@@ -169,64 +128,6 @@ TEST_F(ModelFiles, FailuresLeaveTheOldFile) {
                   (folder_ / "no folder" / "x.obj").string() + "'.\n");
     EXPECT_EQ(contents(path), "old");
     EXPECT_EQ(filesInFolder(), 1U);
-}
-
-/// A strip that grows by a triangle per frame, and shows nothing in frame 1.
-class GrowingObject final : public MeshObject {
-  public:
-    GrowingObject(SceneX& scene, std::string_view name) : MeshObject(scene, name) {}
-    bool isAnimated() const override { return true; }
-    const Mesh3* mesh(int, std::uint32_t& revision) override {
-        const int frame = currentFrame();
-        mesh_.clear();
-        for (int i = 0; i < 3; ++i)
-            mesh_.addVertex({i * 1.0, i == 1 ? 1.0 : 0.0, frame * 1.0});
-        for (int i = 0; i < (frame == 1 ? 0 : frame + 1); ++i)
-            mesh_.addFace(ElementKind::kPolygon, i % 2, std::array<int, 3>{0, 1, 2});
-        meshChanged();
-        revision = meshRevision();
-        return &mesh_;
-    }
-    void setHardShadingAngle(double, bool) override {}
-    int materialCount() const override { return 0; }
-    SceneMember* material(int) const override { return nullptr; }
-    std::string_view materialName(int) const override { return {}; }
-    void setMaterial(int, std::string_view) override {}
-    bool isOpenOrClear(bool) const override { return true; }
-    const CommandRegistry& commandRegistry() const override {
-        static const CommandRegistry none(1);
-        return none;
-    }
-    std::string_view className() const override { return "GrowingObject"; }
-
-  protected:
-    void refresh() override {}
-    const Mesh3* currentMesh() const override { return &mesh_; }
-    double degenerateLimit() const override { return 0.001; }
-
-  private:
-    Mesh3 mesh_;
-};
-
-TEST_F(ModelFiles, AnimatedObjectsAreWrittenFrameByFrame) {
-    auto& growing = scene_.make<GrowingObject>("cycle");
-    auto& still = triangle("still", {0});
-    setTotalFrames(3);
-    setCurrentFrame(2);
-    MeshObject* const objects[] = {&growing, &still};
-    const fs::path path = folder_ / "frames.obj";
-    testing::internal::CaptureStderr();
-    ASSERT_EQ(writeObj(path, objects), kSuccess);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "write_obj: no geometry to export!\n");
-    EXPECT_EQ(currentFrame(), 2);
-    setCurrentFrame(0);
-    setTotalFrames(30);
-    const std::string text = contents(path);
-    std::string groups;
-    for (std::size_t at = 0; (at = text.find("\ng ", at)) != std::string::npos; ++at)
-        groups += text.substr(at + 3, text.find('\n', at + 1) - at - 3) + ";";
-    EXPECT_EQ(groups, "cycle-Frm1;cycle-Frm3-Section 1;cycle-Frm3-Section 2;still;");
-    EXPECT_NE(text.find("# Object 'cycle'\n# -Frame 3\n# 3 vertices.\n"), std::string::npos);
 }
 
 TEST_F(ModelFiles, StreamKeysReachTheModelFiles) {
