@@ -2,10 +2,11 @@
 #include <algorithm>
 
 #include "interchange/ModelFormats.h"
+#include "orvinex/Authoring.h"
 #include "orvinex/Commands.h"
-#include "orvinex/Framing.h"
 #include "orvinex/ShownProgress.h"
 #include "scene/FrameClock.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin::orvinex {
 
@@ -32,16 +33,14 @@ int qualityOption(const apps::ParsedOptions& options) {
 }  // namespace
 
 int importCommand(const apps::ParsedOptions& options) {
-    const std::string output = outputOption(options);
-    Project project;
+    Authoring authoring(options);
     {
         const ShownProgress progress("importing", options.has("--quiet"));
         const std::string& model = options.positional()[0];
-        if (importModel(project.mainScene(), std::filesystem::path(model)) != kSuccess)
+        if (importModel(authoring.scene(), platform::pathFromText(model)) != kSuccess)
             throw apps::Failure("nothing was imported from '" + model + "'");
     }
-    frameObjects(project.mainScene());
-    saveProject(project, output);
+    authoring.finish();
     return apps::kExitDone;
 }
 

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "orvinex/Authoring.h"
 #include "orvinex/Commands.h"
-#include "orvinex/Framing.h"
 #include "orvinex/ShownProgress.h"
 #include "orvinex/StyleOptions.h"
 #include "scene/FrameClock.h"
@@ -95,18 +95,15 @@ void readArt(AIParser& parser, const std::filesystem::path& file, const AIOption
 }  // namespace
 
 int outlineCommand(const apps::ParsedOptions& options) {
-    const std::string output = outputOption(options);
     const AIOptions wanted = readOptions(options);
     const std::filesystem::path file = platform::pathFromText(options.positional()[0]);
-    Project project;
-    SceneX& scene = project.mainScene();
-    const auto* const usual = scene.memberAs<ObjectXStyle>(MemberKind::kStyle, kDefaultStyle);
-    if (usual == nullptr) throw apps::Failure("the default scene has no style");
+    Authoring authoring(options);
+    SceneX& scene = authoring.scene();
     {
         // Objects copy it; it goes before the project is saved.
-        ObjectXStyle style(scene, *usual, scene.uniqueName("outline style"));
+        ObjectXStyle style(scene, authoring.usualStyle(), scene.uniqueName("outline style"));
         applyStyleOptions(options, style);
-        const ArtColors colors = colorIsGiven(options) ? ArtColors::kOfStyle : ArtColors::kOfArt;
+        const ArtColors colors = materialIsGiven(options) ? ArtColors::kOfStyle : ArtColors::kOfArt;
         const ShownProgress progress("reading", options.has("--quiet"));
         AIParser parser(scene);
         readArt(parser, file, wanted);
@@ -125,9 +122,7 @@ int outlineCommand(const apps::ParsedOptions& options) {
         }
         if (!any) throw apps::Failure(kNothingUsable);
     }
-    turnCamera(scene, options);
-    frameObjects(scene);
-    saveProject(project, output);
+    authoring.finish();
     return apps::kExitDone;
 }
 

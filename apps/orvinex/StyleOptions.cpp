@@ -3,8 +3,10 @@
 #include <string>
 #include <utility>
 
+#include "orvinex/Commands.h"
 #include "render/MaterialX.h"
 #include "scene/SceneX.h"
+#include "toolkit/platform/Platform.h"
 #include "vector/edges/CustomEdges.h"
 #include "vector/edges/EdgeLibrary.h"
 #include "vector/edges/ProfileL.h"
@@ -67,6 +69,38 @@ void applyMitre(const std::string& text, ObjectXStyle& style) {
                                         : ObjectXStyle::Mitre::kComplex);
 }
 
+/// The scene's material of that name, else the one of the project of --looks, with its pictures.
+void useMaterial(const apps::ParsedOptions& options, const std::string& name, ObjectXStyle& style,
+                 int slot) {
+    SceneX& scene = style.scene();
+    if (scene.memberAs<Surface>(MemberKind::kMaterial, name) == nullptr) {
+        SceneMember* found = nullptr;
+        Project looks;
+        if (options.has("--looks")) {
+            openProject(looks, platform::pathFromText(options.value("--looks")));
+            found = looks.mainScene().memberAs<Surface>(MemberKind::kMaterial, name);
+        }
+        ImportPolicy sharing;
+        sharing.answer = NameConflict::kIgnoreNew;
+        if (found == nullptr || scene.importMember(*found, sharing, true) == nullptr)
+            throw apps::Failure(
+                "no material is named '" + name + "'" +
+                (options.has("--looks") ? "" : "; --looks says where there is one"));
+    }
+    style.setMaterial(slot, name);
+}
+
+void applyMaterials(const apps::ParsedOptions& options, ObjectXStyle& style) {
+    constexpr int kEdgeSlot = 1;
+    if (options.has("--material")) useMaterial(options, options.value("--material"), style, 0);
+    if (!options.has("--edge-material")) return;
+    useMaterial(options, options.value("--edge-material"), style, kEdgeSlot);
+    const MaterialIntervals all({{0.0, 1.0, kEdgeSlot}});
+    style.setTrackProperties(true);
+    style.ensurePerimEntries();
+    style.setPerimIntervalMaterial(-1, all);
+}
+
 void applyColor(const std::string& text, ObjectXStyle& style) {
     const std::vector<std::string> parts = splitAtCommas(text);
     if (parts.size() != 3) throw apps::UsageError("--color takes R,G,B, each from 0 to 1");
@@ -91,6 +125,9 @@ const std::vector<apps::OptionSpec>& styleOptions() {
         {"--mitre", "fast|complex", "how edges meet at corners (fast)"},
         {"--parts", "LIST", "of front, back, perim and hole, with commas between (all)"},
         {"--color", "R,G,B", "one material for all, each from 0 to 1"},
+        {"--material", "NAME", "the material of that name for all"},
+        {"--edge-material", "NAME", "another one for the edges"},
+        {"--looks", "PROJECT.twp", "project to take materials from that aren't there yet"},
     };
     return options;
 }
@@ -100,11 +137,13 @@ std::vector<apps::OptionSpec> withStyleOptions(std::vector<apps::OptionSpec> own
     return own;
 }
 
-bool colorIsGiven(const apps::ParsedOptions& options) {
-    return options.has("--color");
+bool materialIsGiven(const apps::ParsedOptions& options) {
+    return options.has("--color") || options.has("--material");
 }
 
 void applyStyleOptions(const apps::ParsedOptions& options, ObjectXStyle& style) {
+    if (options.has("--color") && options.has("--material"))
+        throw apps::UsageError("only one of --color and --material goes");
     const auto real = [&](const char* name, double min, double max, auto set) {
         if (options.has(name)) (style.*set)(apps::realOption(options.value(name), name, min, max));
     };
@@ -120,6 +159,7 @@ void applyStyleOptions(const apps::ParsedOptions& options, ObjectXStyle& style) 
         style.setHole(edgeMember(style.scene(), options.value("--hole-edge")));
     }
     if (options.has("--color")) applyColor(options.value("--color"), style);
+    applyMaterials(options, style);
 }
 
 }  // namespace orvin::orvinex

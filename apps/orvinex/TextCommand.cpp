@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "geometry/ObjectX.h"
+#include "orvinex/Authoring.h"
 #include "orvinex/Commands.h"
-#include "orvinex/Framing.h"
 #include "orvinex/StyleOptions.h"
 #include "toolkit/platform/Platform.h"
 #include "vector/ProfileT.h"
@@ -186,12 +186,8 @@ std::string titleOf(const std::string& text) {
 }  // namespace
 
 int textCommand(const apps::ParsedOptions& options) {
-    const std::string output = outputOption(options);
-    Project project;
-    SceneX& scene = project.mainScene();
-    const auto* const usual = scene.memberAs<ObjectXStyle>(MemberKind::kStyle, kDefaultStyle);
-    if (usual == nullptr) throw apps::Failure("the default scene has no style");
-
+    Authoring authoring(options);
+    SceneX& scene = authoring.scene();
     auto& text = scene.make<ProfileT>(scene.uniqueName("Text"));
     setText(text, options);
     const std::string font = fontPath(options);
@@ -201,18 +197,18 @@ int textCommand(const apps::ParsedOptions& options) {
     tellOddLetters(text);
 
     auto& object = scene.make<ObjectX>(scene.uniqueName(titleOf(text.text())));
-    auto& style = scene.make<ObjectXStyle>(*usual, scene.uniqueName(object.name() + " Style"));
+    auto& style = scene.make<ObjectXStyle>(authoring.usualStyle(),
+                                           scene.uniqueName(object.name() + " Style"));
     applyStyleOptions(options, style);
     object.setStyle(style.name());
     object.setFace(text.name());
-
-    turnCamera(scene, options);
-    frameObjects(scene);
-    if (project.save(platform::pathFromText(output)) != kSuccess) {
+    try {
+        authoring.finish();
+    } catch (const apps::Failure&) {
         if (text.text().size() > ProfileT::kLongestText / 2)
             throw apps::Failure("the text may be too long: a project holds " +
                                 std::to_string(ProfileT::kLongestText) + " characters");
-        throw apps::Failure(project.failure());
+        throw;
     }
     return apps::kExitDone;
 }

@@ -4,6 +4,7 @@
 #include <new>
 
 #include "common/ProgramOutput.h"
+#include "orvinex/Authoring.h"
 #include "orvinex/Commands.h"
 #include "orvinex/Framing.h"
 #include "orvinex/StyleOptions.h"
@@ -35,39 +36,39 @@ std::vector<Command> commands(apps::ProgramOutput& output) {
           1,
           1,
           "makes a project of a text that stands out; \\n in it starts a new line",
-          withStyleOptions(
-              {kOut,
-               {"--font", "FILE",
+          withProjectOptions(withStyleOptions(
+              {{"--font", "FILE",
                 ".ttf, .pfa or .pfb: a path, or the name of an installed file (an installed font)"},
                {"--justify", "left|center|right", "how lines stand to one another (center)"},
                {"--leading", "F", "distance of lines as a factor of the font's height (1.2)"},
                {"--spacing", "F", "added between letters, as a factor of the font's width (0)"},
                {"--size", "PERCENT", "of letters; the font's height is 100 units at 100 (100)"},
                turnOption(),
-               kQuiet}),
+               kQuiet})),
           {"orvinex text \"Hello\\nworld\" -o hello.twp",
            "orvinex text Orvinex --font DejaVuSans-Bold.ttf --edge \"Round, Half\" --depth 40 "
-           "--color 0.9,0.6,0.1 --turn 20,-10 -o logo.twp"}},
+           "--color 0.9,0.6,0.1 --turn 20,-10 -o logo.twp",
+           "orvinex text 2026 --into logo.twp --move 0,-120,0 --material Gold --looks looks.twp"}},
          textCommand},
         {{"outline",
           "FILE.ai -o OUT.twp",
           1,
           1,
           "makes a project of Illustrator art (versions 3 to 8): each object of it stands out",
-          withStyleOptions({kOut,
-                            {"--by-layers", "", "one object for each visible layer"},
-                            {"--layer", "NAME", "one object, of this layer alone"},
-                            {"--single", "", "one object of everything"},
-                            {"--cycle", "OPTION",
-                             "one object that shows the layers in turn: play-once, loop, "
-                             "ping-pong, ..."},
-                            {"--change-every", "N", "frames that each layer of a cycle stays (1)"},
-                            {"--start-frame", "N", "the first frame of the cycle (0)"},
-                            {"--hide-before-start", "", "nothing shows in the frames before it"},
-                            {"--seed", "N", "of the order of --cycle randomize (1)"},
-                            {"--flatten-groups", "", "what is in a group are objects of their own"},
-                            turnOption(),
-                            kQuiet}),
+          withProjectOptions(withStyleOptions(
+              {{"--by-layers", "", "one object for each visible layer"},
+               {"--layer", "NAME", "one object, of this layer alone"},
+               {"--single", "", "one object of everything"},
+               {"--cycle", "OPTION",
+                "one object that shows the layers in turn: play-once, loop, "
+                "ping-pong, ..."},
+               {"--change-every", "N", "frames that each layer of a cycle stays (1)"},
+               {"--start-frame", "N", "the first frame of the cycle (0)"},
+               {"--hide-before-start", "", "nothing shows in the frames before it"},
+               {"--seed", "N", "of the order of --cycle randomize (1)"},
+               {"--flatten-groups", "", "what is in a group are objects of their own"},
+               turnOption(),
+               kQuiet})),
           {"orvinex outline logo.ai -o logo.twp",
            "orvinex outline logo.ai -o logo.twp --by-layers --edge \"Round, Half\" --depth 40"}},
          outlineCommand},
@@ -76,8 +77,9 @@ std::vector<Command> commands(apps::ProgramOutput& output) {
           1,
           1,
           "makes a project of a model: .obj, .dxf, .lwo or .fac",
-          {kOut, kQuiet},
-          {"orvinex import chair.obj -o chair.twp"}},
+          withProjectOptions({turnOption(), kQuiet}),
+          {"orvinex import chair.obj -o chair.twp",
+           "orvinex import table.lwo --into chair.twp --scale 0.5 --move 80,0,0 --set 2"}},
          importCommand},
         {{"export",
           "PROJECT.twp -o OUT.obj|.dxf|.lwo|.fac",

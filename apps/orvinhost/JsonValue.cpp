@@ -35,6 +35,10 @@ void refuseDeepNesting(const std::string& text, const std::filesystem::path& pat
     }
 }
 
+bool isSmooth(const nlohmann::json& keys) {
+    return keys.size() > 1 && keys[0] == "smooth" && keys[1].is_array();
+}
+
 }  // namespace
 
 nlohmann::json readJson(const std::filesystem::path& path) {
@@ -60,18 +64,20 @@ Values jsonValues(const nlohmann::json& json, std::size_t count, const std::stri
 }
 
 bool isKeyList(const nlohmann::json& json) {
-    return json.is_array() && !json.empty() && json[0].is_array();
+    return json.is_array() && !json.empty() && (json[0].is_array() || isSmooth(json));
 }
 
 Track jsonTrack(const nlohmann::json& json, std::size_t count, const std::string& what) {
     if (!isKeyList(json)) return Track(jsonValues(json, count, what));
+    const bool smooth = isSmooth(json);
     std::vector<Track::Key> keys;
-    for (const nlohmann::json& key : json) {
+    for (std::size_t i = smooth ? 1 : 0; i < json.size(); ++i) {
+        const nlohmann::json& key = json[i];
         if (!key.is_array() || key.size() != 2)
             throw apps::Failure(what + ": a key is [frame, value]");
         keys.push_back({number(key[0], what), jsonValues(key[1], count, what)});
     }
-    return Track(std::move(keys), false);
+    return Track(std::move(keys), smooth ? Track::Between::kSmooth : Track::Between::kStraight);
 }
 
 }  // namespace orvin::stand_in

@@ -135,7 +135,7 @@ void ParamList::takeValue(int index, double frame, const PF_ParamDef& def) {
     }
     std::vector<Track::Key> keys = param.track.keys();
     keys.push_back({frame, values});
-    param.track = Track(std::move(keys), false);
+    param.track = Track(std::move(keys), param.track.between());
     if (param.def.param_type == PF_Param_POPUP || param.def.param_type == PF_Param_CHECKBOX)
         param.track.holdKeys();
 }

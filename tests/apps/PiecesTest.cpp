@@ -102,6 +102,28 @@ TEST(Track, MovesInStraightLinesOrSteps) {
         EXPECT_THROW(jsonTrack(nlohmann::json::parse(bad), 1, "test"), apps::Failure) << bad;
 }
 
+TEST(Track, MovesSmoothly) {
+    const auto track = [](const char* keys) {
+        return jsonTrack(nlohmann::json::parse(keys), 1, "test");
+    };
+    // From rest to rest: the cubic 3 t^2 - 2 t^3.
+    const Track two = track(R"(["smooth", [10, 0], [20, 64]])");
+    EXPECT_EQ(two.at(10.0), Values{0.0});
+    EXPECT_DOUBLE_EQ(two.at(12.5)[0], 10.0);
+    EXPECT_DOUBLE_EQ(two.at(15.0)[0], 32.0);
+    EXPECT_EQ(two.at(20.0), Values{64.0});
+    // Through its keys, without a corner at the middle one, rising all the way and flat on top.
+    const Track many = track(R"(["smooth", [0, 0], [10, 10], [14, 40], [20, 40], [30, 0]])");
+    EXPECT_DOUBLE_EQ(many.at(10.0)[0], 10.0);
+    EXPECT_NEAR(many.at(10.0)[0] - many.at(9.999)[0], many.at(10.001)[0] - many.at(10.0)[0], 1e-5);
+    EXPECT_GT(many.at(10.001)[0], 10.001);
+    for (double frame = 0.0; frame < 14.0; frame += 0.25)
+        EXPECT_LT(many.at(frame)[0], many.at(frame + 0.25)[0]) << frame;
+    EXPECT_DOUBLE_EQ(many.at(17.0)[0], 40.0);
+    EXPECT_THROW(track(R"(["smooth"])"), apps::Failure);
+    EXPECT_THROW(track(R"(["bumpy", [0, 1]])"), apps::Failure);
+}
+
 TEST(Comp, PosesCamerasAndLights) {
     const nlohmann::json json = nlohmann::json::parse(R"({
         "size": [100, 80], "layerStart": 12,
