@@ -47,7 +47,8 @@ std::vector<apps::OptionSpec> withProjectOptions(std::vector<apps::OptionSpec> o
         {"--scale", "S", "all that comes in, about the origin, as a factor (1)"},
         {"--rotate", "X,Y,Z", "turns it about the axes, in degrees, after the scale (0,0,0)"},
         {"--move", "X,Y,Z", "where its origin comes to stand then (0,0,0)"},
-        {"--set", "N", "the Set that it belongs to, 1 to 8 (none)"}};
+        {"--set", "N", "the Set that it belongs to, 1 to 8 (none)"},
+        {"--fit", "", "stands the camera so that all objects show, as in a new project"}};
     options.insert(options.end(), own.begin(), own.end());
     return options;
 }
@@ -98,7 +99,7 @@ void Authoring::place() {
 void Authoring::finish() {
     place();
     turnCamera(scene(), options_);
-    if (!adds_) frameObjects(scene());
+    if (!adds_ || options_.has("--fit")) frameObjects(scene());
     saveProject(project_, platform::pathFromText(options_.value("-o", options_.value("--into"))));
 }
 

@@ -26,8 +26,8 @@ class Authoring {
     /// project has none.
     const ObjectXStyle& usualStyle();
 
-    /// Places the objects that came in since the start, stands the camera of a new project so that
-    /// they show, and saves.
+    /// Places the objects that came in since the start, stands the camera so that all show (where
+    /// the project is new or --fit says so), and saves.
     void finish();
 
   private:

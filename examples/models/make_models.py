@@ -1,10 +1,9 @@
 #!/usr/bin/env python3
-"""Makes the example models: knot.obj, gem.obj and plate.obj. Run it from anywhere; needs nothing but Python.
+"""Makes the example models: knot.obj and gem.obj. Run it from anywhere; needs nothing but Python.
 
 knot.obj  a trefoil of a round tube with a groove, smooth, textured (vt), 11,520 quads: group "knot"
 gem.obj   a brilliant cut stone over a turned stand: groups "gem" (flat facets), "claws" and "stand",
           11,497 faces
-plate.obj a round plate with a bevelled rim, textured, without normals: group "Plate", 384 faces
 
 One unit is a pixel of the picture; both stand around the origin, y up, some 200 units high.
 """
@@ -248,26 +247,7 @@ def gem():
     return model
 
 
-def plate(radius=190.0, height=12.0, rim=5.0, around=96):
-    rings = [(radius - rim, 0.0), (radius - 0.3 * rim, -0.3 * rim), (radius, -rim), (radius, -height)]
-    points, textures = [(0, 0, 0)], [(0.5, 0.5)]
-    for r, y in rings:
-        for i in range(around):
-            c, s = math.cos(2 * math.pi * i / around), math.sin(2 * math.pi * i / around)
-            points.append((r * c, y, r * s))
-            textures.append((0.5 + 0.49 * r / radius * c, 0.5 - 0.49 * r / radius * s))
-    faces = []
-    for i in range(around):
-        j = (i + 1) % around
-        faces.append((0, 1 + j, 1 + i))
-        for a in range(1, 1 + 3 * around, around):
-            faces.append((a + i, a + j, a + around + j, a + around + i))
-    lines = ["v %.4f %.4f %.4f" % p for p in points] + ["vt %.5f %.5f" % t for t in textures] + ["g Plate"]
-    return lines + ["f " + " ".join(f"{k + 1}/{k + 1}" for k in face) for face in faces]
-
-
 if __name__ == "__main__":
     here = Path(__file__).resolve().parent
     knot().write(here / "knot.obj")
     gem().write(here / "gem.obj")
-    (here / "plate.obj").write_text("\n".join(plate()) + "\n")
