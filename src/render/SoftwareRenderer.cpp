@@ -68,17 +68,14 @@ std::vector<LightX*> enabledLights(const SceneX& scene) {
 }
 
 // False when the frame is to stop.
-bool prepareLights(SceneX& scene, const std::vector<LightX*>& lights, const RenderParams& params,
-                   const ShadowMapBuilder& build) {
+bool prepareLights(SceneX& scene, const std::vector<LightX*>& lights, const RenderParams& params) {
     RenderParams shadowParams = params;
     shadowParams.pixelAspect = 1.0F;
     const bool shadows = (params.flags & RenderParams::kShadows) != 0;
     for (LightX* light : lights) {
         light->prepare();
         std::unique_ptr<ShadowLookup> map;
-        if (shadows && light->castsShadow())
-            map = build ? build(scene, *light, shadowParams)
-                        : makeShadowMap(scene, *light, shadowParams);
+        if (shadows && light->castsShadow()) map = makeShadowMap(scene, *light, shadowParams);
         light->setShadowMap(std::move(map));
         if (pollProgress(0, 1) != 0) return false;
     }
@@ -164,7 +161,7 @@ std::unique_ptr<ImageBuffer> renderSoftware(SceneX& scene, const RenderParams& p
         for (LightX* light : lights)
             light->setShadowMap(nullptr);
     });
-    if (!prepareLights(scene, lights, params, options.buildShadowMap)) return nullptr;
+    if (!prepareLights(scene, lights, params)) return nullptr;
 
     const VisibilityBuffer visibility(scene, options.camera, params);
     if (visibility.camera() == nullptr)

@@ -12,7 +12,6 @@
 #include <functional>
 #include <memory>
 
-#include "render/ShadowLookup.h"
 #include "render/image/ImageBuffer.h"
 #include "scene/RenderParams.h"
 
@@ -21,10 +20,6 @@ namespace orvin {
 class CameraX;
 class LightX;
 class SceneX;
-
-/// Builds the shadow map of one light for one frame; null for none.
-using ShadowMapBuilder =
-    std::function<std::unique_ptr<ShadowLookup>(SceneX&, LightX&, const RenderParams&)>;
 
 struct SoftwareRenderOptions {
     /// Null: the scene's member "dflt_cam".
@@ -36,9 +31,6 @@ struct SoftwareRenderOptions {
 
     /// Called with true when the frame starts and false when it ends, however it ends.
     std::function<void(bool)> busyCursor;
-
-    /// Empty: makeShadowMap(), see render/shadow/ShadowPass.h.
-    ShadowMapBuilder buildShadowMap;
 };
 
 /// Renders one frame of trunc(width) x trunc(height) pixels. Null when the progress callback

@@ -452,47 +452,6 @@ TEST(Frame, StopsWhereverItIsAsked) {
     EXPECT_EQ(cursor.size(), 2 * static_cast<std::size_t>(all));
 }
 
-/// Lets half of the light through everywhere.
-class HalfShadow final : public ShadowLookup {
-  public:
-    HalfShadow() : ShadowLookup(wide()) {}
-    double filtered(int, int, double) const override { return 0.0; }
-
-  private:
-    static ShadowFrame wide() {
-        ShadowFrame frame;
-        frame.resolution = 16;
-        frame.left = frame.bottom = -1000;
-        frame.right = frame.top = 1000;
-        return frame;
-    }
-};
-
-TEST(Frame, ShadowMapsLiveForOneFrame) {
-    TestScene s;
-    LightX& light = s.light(LightType::kDirectional);
-    light.setCastsShadow(true);
-    light.setDarkness(0.5);
-    s.light(LightType::kDirectional, 0.0);
-    s.material("m", {0.5F, 0.5F, 0.5F, 1.0F});
-    s.object(TestScene::rectangle(-5, -5, 5, 5), "m");
-    s.params.pixelAspect = 1.5F;
-    int built = 0;
-    SoftwareRenderOptions options;
-    options.buildShadowMap = [&](SceneX&, LightX& of, const RenderParams& params) {
-        ++built;
-        EXPECT_EQ(&of, &light);
-        EXPECT_EQ(params.pixelAspect, 1.0F);
-        return std::make_unique<HalfShadow>();
-    };
-    EXPECT_EQ(s.render(options).at(4, 4)[0], 128);
-    EXPECT_EQ(built, 0);
-    s.params.flags |= RenderParams::kShadows;
-    EXPECT_EQ(s.render(options).at(4, 4)[0], 64);
-    EXPECT_EQ(built, 1);
-    EXPECT_EQ(light.shadowMap(), nullptr);
-}
-
 TEST(RenderParams, AntiAliasLevels) {
     struct Case {
         int level, n, blur;

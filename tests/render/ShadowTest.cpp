@@ -164,13 +164,20 @@ TEST(ShadowMap, TapsBeyondTheEdgeAreDark) {
     // Five of eleven columns lie outside, at a corner all but 36 taps.
     EXPECT_NEAR(map->filtered(0, 500, 0.0), 66.0 / 121.0, 1e-12);
     EXPECT_NEAR(map->filtered(999, 999, 0.0), 36.0 / 121.0, 1e-12);
-    // Through the light, at the floor's rim and just beyond.
+    // Through the light, at the floor's rim and just beyond; a place just before the centre of the
+    // first column, or row, still rounds onto it.
     stage.light.setDarkness(0.8);
-    EXPECT_NEAR(stage.light.shadowFactor({-49.99, 0, 0}), 1.0 - 55.0 / 121.0 * 0.8, 1e-9);
+    for (const Vec3 p : {Vec3{-49.99, 0, 0}, {-50.1, 0, 0}, {0, 0, 50.1}, {49.9, 0, 0}})
+        EXPECT_NEAR(stage.light.shadowFactor(p), 1.0 - 55.0 / 121.0 * 0.8, 1e-9) << p.x;
+    for (const Vec3 p : {Vec3{50.2, 0, 0}, {0, 0, 50.2}, {0, 0, -50.2}})
+        EXPECT_EQ(stage.light.shadowFactor(p), 0.0) << p.x;
     EXPECT_EQ(stage.light.shadowFactor({-50.2, 0, 0}), 0.0);
     stage.light.setDarkness(0.0);
     EXPECT_EQ(stage.light.shadowFactor({0, 0, 0}), 1.0);
     EXPECT_EQ(stage.light.shadowFactor({-50.2, 0, 0}), 0.0);
+    const LightX copy(stage.s.scene, stage.light, "copy");
+    EXPECT_EQ(copy.shadowMap(), nullptr);
+    EXPECT_EQ(copy.shadowFactor({-50.2, 0, 0}), 1.0);
 }
 
 // Where the floor is lit: `inside` and `outside` hold points a hair's breadth (three texels) on
@@ -374,6 +381,12 @@ TEST(Frame, DrawsShadowsWhereTheyAreAskedFor) {
     stage.s.params.flags |= RenderParams::kShadows;
     EXPECT_EQ(stage.s.render().at(1, 1)[0], 128);
     EXPECT_EQ(stage.s.render().at(5, 5)[0], 64);
+    EXPECT_EQ(stage.light.shadowMap(), nullptr) << "maps live for one frame";
+    // A map has square pixels, whatever the picture's.
+    stage.light.setType(LightType::kSpot);
+    const Picture square = stage.s.render();
+    stage.s.params.pixelAspect = 1.5F;
+    EXPECT_EQ(stage.s.render(), square);
 }
 
 }  // namespace
