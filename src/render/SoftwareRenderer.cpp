@@ -69,14 +69,11 @@ std::vector<LightX*> enabledLights(const SceneX& scene) {
 
 // False when the frame is to stop.
 bool prepareLights(SceneX& scene, const std::vector<LightX*>& lights, const RenderParams& params) {
-    RenderParams shadowParams = params;
-    shadowParams.pixelAspect = 1.0F;
     const bool shadows = (params.flags & RenderParams::kShadows) != 0;
     for (LightX* light : lights) {
         light->prepare();
-        std::unique_ptr<ShadowLookup> map;
-        if (shadows && light->castsShadow()) map = makeShadowMap(scene, *light, shadowParams);
-        light->setShadowMap(std::move(map));
+        light->setShadowMap(shadows && light->castsShadow() ? makeShadowMap(scene, *light, params)
+                                                            : nullptr);
         if (pollProgress(0, 1) != 0) return false;
     }
     return true;
