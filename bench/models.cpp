@@ -3,8 +3,9 @@
 // its time over ours; "memory" is what was allocated at most, as a multiple of the file, of which
 // the file itself is one.
 //
-// Both end with polygon meshes by group. LightWave: assimp makes normals by itself, so ours are
-// asked for as well.
+// Both end with polygon meshes by group. LightWave: assimp makes normals by itself, so smooth ones
+// are asked for here as well; once more without, of a file without smoothing, where assimp gives
+// each face its own.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
@@ -63,9 +64,10 @@ namespace {
 constexpr int kGroups = 8;
 constexpr int kRows = 100;
 constexpr int kColumns = 400;
+constexpr double kAngle = 20.0;  // hard shading
 
 /// Tubes of triangles, textured, each on a material of its own.
-void addTubes(SceneX& scene) {
+void addTubes(SceneX& scene, double hardShadingAngle) {
     for (int g = 0; g < kGroups; ++g) {
         Mesh3 mesh;
         for (int r = 0; r <= kRows; ++r)
@@ -84,18 +86,20 @@ void addTubes(SceneX& scene) {
                 mesh.addFace(ElementKind::kPolygon, 0,
                              std::array{here + next, above + next, above + c});
             }
-        scene.make<ObjectP>("tube" + std::to_string(g)).setMesh(std::move(mesh));
+        auto& tube = scene.make<ObjectP>("tube" + std::to_string(g));
+        tube.setMesh(std::move(mesh));
+        tube.setHardShadingAngle(hardShadingAngle, false);
     }
 }
 
 /// The tubes as a file, removed at the end.
 class TubeFile {
   public:
-    explicit TubeFile(const char* extension)
+    TubeFile(const char* extension, double hardShadingAngle)
         : path_(std::filesystem::temp_directory_path() / (std::string("orvin-bench") + extension)) {
         registerGeometryClasses();
         SceneX scene;
-        addTubes(scene);
+        addTubes(scene, hardShadingAngle);
         exportModel(path_, objectsToExport(scene, false));
     }
     ~TubeFile() { std::filesystem::remove(path_); }
@@ -124,7 +128,7 @@ std::size_t ourFaces(Read read, bool normals, const std::filesystem::path& path)
     ImportedGroups model;
     read(path, model);
     for (ImportedGroup& group : model.groups)
-        if (normals) completeNormals(group.mesh, 20.0);
+        if (normals) completeNormals(group.mesh, kAngle);
     return model.faceCount();
 }
 
@@ -146,7 +150,7 @@ struct Turn {
 };
 
 void compare(benchmark::State& state, const char* extension, Read read, bool normals, bool peer) {
-    const TubeFile file(extension);
+    const TubeFile file(extension, normals ? kAngle : -1.0);
     Turn ours;
     Turn theirs;
     for (auto _ : state) {

@@ -1,9 +1,11 @@
 // MeshRecord: points, texture vertices and normals, and faces that index them. Mesh3 and Mesh2 are
 // made of it.
 //
-// The corner lists of all faces lie in one pool of indices, so that a face costs no allocation and
-// a walk over the faces reads memory in order. Every index in a record is in range: addFace()
-// refuses others. A face has as many texture (normal) indices as vertices, or none at all.
+// The corner lists of all faces lie in pools of indices, so that a face costs no allocation and a
+// walk over the faces reads memory in order. There is a pool for each kind of list, with the same
+// places for the same corners: a face takes 12 bytes and 4 for each index. Every index in a record
+// is in range: addFace() refuses others. A face has as many texture (normal) indices as vertices,
+// or none at all.
 #pragma once
 
 #include <algorithm>
@@ -53,23 +55,25 @@ class MeshRecord {
         if (vertices.empty() || !inRange(vertices, vertices_) || !inRange(texture, texVertices_) ||
             !inRange(normals, normals_))
             return -1;
+        const std::size_t start = pool_.size();
+        if (vertices.size() > kMaxCorners || start > kMaxStart) throw std::bad_alloc();
         Face face;
-        face.kind = kind;
+        face.start = static_cast<std::uint32_t>(start);
         face.material = material;
-        face.count = static_cast<std::uint32_t>(vertices.size());
-        face.vertices = store(vertices);
-        if (!texture.empty()) face.texture = store(texture);
-        if (!normals.empty()) face.normals = store(normals);
-        const int index = add(faces_, face);
-        cornerCount_ += vertices.size();
-        return index;
+        face.shape = static_cast<std::uint32_t>(vertices.size()) |
+                     static_cast<std::uint32_t>(kind) << kKindShift |
+                     (texture.empty() ? 0 : kHasTexture) | (normals.empty() ? 0 : kHasNormals);
+        pool_.insert(pool_.end(), vertices.begin(), vertices.end());
+        store(texture, start, texturePool_);
+        store(normals, start, normalPool_);
+        return add(faces_, face);
     }
 
     int vertexCount() const { return size(vertices_); }
     int texVertexCount() const { return size(texVertices_); }
     int normalCount() const { return size(normals_); }
     int faceCount() const { return size(faces_); }
-    std::size_t cornerCount() const { return cornerCount_; }  // of all faces
+    std::size_t cornerCount() const { return pool_.size(); }  // of all faces
 
     std::span<const Point> vertices() const { return vertices_; }
     std::span<const Point> texVertices() const { return texVertices_; }
@@ -83,8 +87,9 @@ class MeshRecord {
     /// Face `i` of 0 to faceCount() - 1.
     FaceView face(int i) const {
         const Face& f = faces_[static_cast<std::size_t>(i)];
-        return {f.kind, f.material, list(f.vertices, f.count), list(f.texture, f.count),
-                list(f.normals, f.count)};
+        return {static_cast<ElementKind>(f.shape >> kKindShift & kKindMask), f.material,
+                list(pool_, f), (f.shape & kHasTexture) != 0 ? list(texturePool_, f) : NoList(),
+                (f.shape & kHasNormals) != 0 ? list(normalPool_, f) : NoList()};
     }
 
     void setMaterial(int face, int material) {
@@ -95,23 +100,16 @@ class MeshRecord {
     /// (cornerCount() in all); every face then has a normal list. -1, and nothing done, where the
     /// count differs or an index is out of range.
     int setNormals(std::vector<Point> normals, std::span<const int> corners) {
-        if (corners.size() != cornerCount_ || !inRange(corners, normals)) return -1;
-        std::size_t next = 0;
-        for (Face& face : faces_) {
-            const auto list = corners.subspan(next, face.count);
-            next += face.count;
-            if (face.normals == kNone)
-                face.normals = store(list);
-            else
-                std::copy(list.begin(), list.end(),
-                          pool_.begin() + static_cast<std::ptrdiff_t>(face.normals));
-        }
+        if (corners.size() != cornerCount() || !inRange(corners, normals)) return -1;
+        for (Face& face : faces_)
+            face.shape |= kHasNormals;
+        normalPool_.assign(corners.begin(), corners.end());
         normals_ = std::move(normals);
         return 0;
     }
 
-    /// Makes room, so that adding that many doesn't move what is there. `corners` counts the
-    /// indices of all lists of all faces.
+    /// Makes room, so that adding that many doesn't move what is there. `corners` counts those of
+    /// all faces; their texture and normal lists get room where there is any for what they index.
     void reserve(std::size_t vertices, std::size_t texVertices, std::size_t normals,
                  std::size_t faces, std::size_t corners) {
         vertices_.reserve(vertices);
@@ -119,6 +117,8 @@ class MeshRecord {
         normals_.reserve(normals);
         faces_.reserve(faces);
         pool_.reserve(corners);
+        if (texVertices > 0) texturePool_.reserve(corners);
+        if (normals > 0) normalPool_.reserve(corners);
     }
 
     void clear() { *this = {}; }
@@ -130,20 +130,23 @@ class MeshRecord {
         normals_.shrink_to_fit();
         faces_.shrink_to_fit();
         pool_.shrink_to_fit();
+        texturePool_.shrink_to_fit();
+        normalPool_.shrink_to_fit();
     }
 
   private:
-    using PoolIndex = std::uint32_t;
-    static constexpr PoolIndex kNone = std::numeric_limits<PoolIndex>::max();
-
     struct Face {
-        ElementKind kind = ElementKind::kPolygon;
-        int material = 0;
-        std::uint32_t count = 0;
-        PoolIndex vertices = kNone;  // starts of the lists in the pool
-        PoolIndex texture = kNone;
-        PoolIndex normals = kNone;
+        std::uint32_t start = 0;  // of the corners in the pools
+        std::int32_t material = 0;
+        std::uint32_t shape = 0;  // count of corners, kind, and which lists there are
     };
+    static constexpr std::uint32_t kMaxCorners = (1U << 28) - 1;
+    static constexpr unsigned kKindShift = 28;
+    static constexpr std::uint32_t kKindMask = 3;
+    static constexpr std::uint32_t kHasTexture = 1U << 30;
+    static constexpr std::uint32_t kHasNormals = 1U << 31;
+    static constexpr std::size_t kMaxStart = std::numeric_limits<std::uint32_t>::max();
+    using NoList = std::span<const int>;
 
     template <typename T>
     static int size(const std::vector<T>& list) {
@@ -168,24 +171,24 @@ class MeshRecord {
         return true;
     }
 
-    PoolIndex store(std::span<const int> indices) {
-        const std::size_t start = pool_.size();
-        if (indices.size() >= kNone - start) throw std::bad_alloc();
-        pool_.insert(pool_.end(), indices.begin(), indices.end());
-        return static_cast<PoolIndex>(start);
+    /// Puts a list at its corners' place; faces before it without one leave a gap.
+    static void store(std::span<const int> indices, std::size_t start, std::vector<int>& pool) {
+        if (indices.empty()) return;
+        pool.resize(start);
+        pool.insert(pool.end(), indices.begin(), indices.end());
     }
 
-    std::span<const int> list(PoolIndex start, std::uint32_t count) const {
-        if (start == kNone) return {};
-        return {pool_.data() + start, count};
+    static std::span<const int> list(const std::vector<int>& pool, const Face& face) {
+        return {pool.data() + face.start, face.shape & kMaxCorners};
     }
 
     std::vector<Point> vertices_;
     std::vector<Point> texVertices_;
     std::vector<Point> normals_;
     std::vector<Face> faces_;
-    std::vector<int> pool_;
-    std::size_t cornerCount_ = 0;
+    std::vector<int> pool_;         // vertices of all corners
+    std::vector<int> texturePool_;  // in the same places, as far as any face has them
+    std::vector<int> normalPool_;   // likewise
 };
 
 }  // namespace orvin

@@ -51,13 +51,12 @@ class SweepSize {
         }
     }
     void reserve(Mesh3& mesh) const {
-        // Vertices, texture vertices and normals at up to four corners.
-        constexpr std::size_t kIndices = 12;
+        constexpr std::size_t kCorners = 4;  // of a face, at most
         const auto count = [](int n) { return static_cast<std::size_t>(n); };
         mesh.reserve(count(mesh.vertexCount()) + vertices_,
                      count(mesh.texVertexCount()) + texVertices_,
                      count(mesh.normalCount()) + vertices_, count(mesh.faceCount()) + faces_,
-                     3 * mesh.cornerCount() + kIndices * faces_);
+                     mesh.cornerCount() + kCorners * faces_);
     }
 
   private:

@@ -79,11 +79,17 @@ class ByteReader {
             failed_ = true;
             return 0;
         }
-        std::uint64_t value = 0;
-        for (std::size_t i = 0; i < Size; ++i)
-            value = value << 8 | bytes_[at_ + i];
+        const std::uint8_t* const p = bytes_.data() + at_;
         at_ += Size;
-        return value;
+        if constexpr (Size == 1) return p[0];
+        if constexpr (Size == 2) return static_cast<std::uint64_t>(p[0] << 8 | p[1]);
+        if constexpr (Size == 4) return big32(p);
+        return static_cast<std::uint64_t>(big32(p)) << 32 | big32(p + 4);
+    }
+
+    static std::uint32_t big32(const std::uint8_t* p) {  // one load and a swap
+        return static_cast<std::uint32_t>(p[0]) << 24 | static_cast<std::uint32_t>(p[1]) << 16 |
+               static_cast<std::uint32_t>(p[2]) << 8 | static_cast<std::uint32_t>(p[3]);
     }
 
     static double finite(double value) { return std::isfinite(value) ? value : 0.0; }

@@ -119,14 +119,39 @@ class FactParser {
     static void points(Bytes body, Add&& add) {
         ByteReader in(body);
         const auto number = [&in] { return sizeof(Number) == 4 ? in.f32() : in.f64(); };
-        for (std::size_t count = body.size() / (3 * sizeof(Number)); count > 0; --count) {
+        for (std::size_t left = body.size() / (3 * sizeof(Number)); left > 0; --left) {
             const double x = number();
             const double y = number();
             add(Vec3{x, y, number()});
         }
     }
 
+    /// Makes room for the elements of a group: their number is told, but not to be trusted.
+    static void reserve(std::span<const Bytes> chunks, Mesh3& mesh) {
+        std::size_t faces = 0;
+        std::size_t corners = 0;
+        for (const Bytes chunk : chunks) {
+            ByteReader in(chunk);
+            while (in.rest() >= fact::kElementHead) {
+                in.u8();
+                const unsigned flags = in.u8();
+                in.u16();
+                const std::size_t count = in.u32();
+                if (count > in.rest() / 4) break;
+                const std::size_t lists = 1 + ((flags & fact::kHasTexture) != 0 ? 1 : 0) +
+                                          ((flags & fact::kHasNormals) != 0 ? 1 : 0);
+                in.take(std::min(lists * count * 4, in.rest()));
+                ++faces;
+                corners += count;
+            }
+        }
+        const auto count = [](int n) { return static_cast<std::size_t>(n); };
+        mesh.reserve(count(mesh.vertexCount()), count(mesh.texVertexCount()),
+                     count(mesh.normalCount()), faces, corners);
+    }
+
     Result finish(Open& open) {
+        reserve(open.elements, open.group.mesh);
         for (const Bytes elements : open.elements)
             if (addElements(elements, open.group.mesh) != kSuccess) return kFailure;
         if (open.number == 0 && open.group.mesh.vertexCount() == 0) return kSuccess;

@@ -168,6 +168,7 @@ class Lwo2Reader {
         }
         std::stable_sort(ownTextures_.begin(), ownTextures_.end());
 
+        reserve(in);
         auto own = ownTextures_.begin();
         for (std::uint32_t polygon = 0; !in.atEnd(); ++polygon) {
             if (polygon % kPolygonsPerTick == 0 && pollProgress(static_cast<int>(polygon), 0) != 0)
@@ -186,6 +187,20 @@ class Lwo2Reader {
                 layer_.addPolygon(corners_, texture_, surface);
         }
         return kSuccess;
+    }
+
+    /// Makes room for the polygons that `in` holds: their number isn't told anywhere.
+    void reserve(ByteReader in) {
+        std::size_t faces = 0;
+        std::size_t corners = 0;
+        while (!in.atEnd()) {
+            const std::size_t count = in.u16() & kMaxCorners;
+            for (std::size_t i = 0; i < count; ++i)
+                index(in);
+            faces += count > 1 ? 1 : 0;  // points share a face
+            corners += count;
+        }
+        layer_.reserve(faces, corners);
     }
 
     bool readCorners(ByteReader& in, std::size_t count) {

@@ -28,6 +28,7 @@ inline constexpr std::uint32_t kPatches = chunkId("PCHS");
 inline constexpr std::uint32_t kExactTransparency = chunkId("VTRN");
 
 // LWO2 only.
+inline constexpr std::uint32_t kSmoothing = chunkId("SMAN");  // of a surface: an angle
 inline constexpr std::uint32_t kTags = chunkId("TAGS");
 inline constexpr std::uint32_t kLayer = chunkId("LAYR");
 inline constexpr std::uint32_t kBounds = chunkId("BBOX");

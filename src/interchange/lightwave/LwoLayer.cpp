@@ -31,14 +31,25 @@ int Layer::addPoints(Bytes points) {
 }
 
 int Layer::localSurface(std::uint32_t surface) {
-    const auto [found, isNew] = numbers_.emplace(surface, static_cast<int>(materials_.size()));
-    if (!isNew) return found->second;
-    if (static_cast<int>(materials_.size()) == kMaxSurfaces) {
-        numbers_.erase(found);
-        return kMaxSurfaces - 1;
+    if (lastNumber_ >= 0 && surface == lastSurface_) return lastNumber_;
+    const auto known = numbers_.find(surface);
+    if (known != numbers_.end()) {
+        lastNumber_ = known->second;
+    } else if (static_cast<int>(materials_.size()) == kMaxSurfaces) {
+        lastNumber_ = kMaxSurfaces - 1;
+    } else {
+        lastNumber_ = static_cast<int>(materials_.size());
+        numbers_.emplace(surface, lastNumber_);
+        materials_.push_back(surfaces_.material(surface));
     }
-    materials_.push_back(surfaces_.material(surface));
-    return found->second;
+    lastSurface_ = surface;
+    return lastNumber_;
+}
+
+void Layer::reserve(std::size_t faces, std::size_t corners) {
+    const auto count = [](int n) { return static_cast<std::size_t>(n); };
+    mesh_.reserve(count(mesh_.vertexCount()), count(mesh_.texVertexCount()), 0,
+                  count(mesh_.faceCount()) + faces, mesh_.cornerCount() + corners);
 }
 
 void Layer::addPolygon(std::span<const int> corners, std::span<const int> texture,
@@ -94,6 +105,7 @@ void Layer::finish() {
     name_.clear();
     materials_.clear();
     numbers_.clear();
+    lastNumber_ = -1;
 }
 
 void Layer::give(Mesh3 mesh, std::span<const int> materials) {

@@ -25,6 +25,9 @@ class Layer {
 
     Mesh3& mesh() { return mesh_; }
 
+    /// Makes room for faces that are about to come.
+    void reserve(std::size_t faces, std::size_t corners);
+
     /// Adds a polygon as the file has it (clockwise). One of two corners is a line, one-point
     /// polygons that follow one another are one list of points. `surface` is a number of the
     /// surfaces or kNone; `texture` has one texture vertex per corner, or none at all.
@@ -47,6 +50,8 @@ class Layer {
     Mesh3 mesh_;                  // material of a face: number of its surface in this layer
     std::vector<int> materials_;  // of those numbers
     std::unordered_map<std::uint32_t, int> numbers_;
+    std::uint32_t lastSurface_ = 0;  // asked for, and its number: most polygons follow their like
+    int lastNumber_ = -1;
     std::vector<int> points_;  // a run of one-point polygons
     int pointSurface_ = 0;
     std::vector<int> corners_;  // of the polygon that is being added

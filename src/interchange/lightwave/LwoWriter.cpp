@@ -238,6 +238,12 @@ class LwoWriter {
             surfaces_.u16(0);
             surfaces_.endSubChunk(value);
         }
+        const double smoothing = part.object != nullptr ? part.object->hardShadingAngle() : -1.0;
+        if (smoothing > 0.0) {
+            value = surfaces_.beginSubChunk(lwo::kSmoothing);
+            surfaces_.f32(radians(smoothing));
+            surfaces_.endSubChunk(value);
+        }
         surfaces_.endChunk(chunk);
         return found->second;
     }

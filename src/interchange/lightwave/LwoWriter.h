@@ -1,6 +1,6 @@
 // Writer of LightWave objects ("LWO2"): a layer for each section of each object and frame, with its
-// points in world space, polygons, its material as a surface with colour and transparency, and
-// texture coordinates as the map "Texture".
+// points in world space, polygons, its material as a surface with colour, transparency and the hard
+// shading angle of the first object that shows it, and texture coordinates as the map "Texture".
 //
 // Space is turned from right- to left-handed, and polygons with it; those of an object that its
 // pose mirrors are turned over once more. Polygons of more than 1023 corners are split. Numbers are

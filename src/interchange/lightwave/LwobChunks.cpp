@@ -1,4 +1,5 @@
 // LWOB: one list of points, polygons with their surface behind their corners.
+#include <algorithm>
 #include <cstdlib>
 #include <vector>
 
@@ -48,6 +49,7 @@ class LwobReader {
 
     Result polygons(Bytes body, bool curves) {
         ByteReader in(body);
+        reserve(in, curves);
         for (int i = 0; !in.atEnd(); ++i) {
             if (i % kPolygonsPerTick == 0 && pollProgress(i, 0) != 0) return kFailure;
             const int points = layer_.mesh().vertexCount() - first_;
@@ -73,6 +75,20 @@ class LwobReader {
                 layer_.addPolygon(corners_, {}, number);
         }
         return kSuccess;
+    }
+
+    /// Makes room for the polygons that `in` holds: their number isn't told anywhere.
+    void reserve(ByteReader in, bool curves) {
+        std::size_t faces = 0;
+        std::size_t corners = 0;
+        while (!in.atEnd()) {
+            const std::size_t count = std::min<std::size_t>(in.u16(), in.rest() / 2);
+            in.take(2 * count);
+            if (const int surface = in.i16(); curves || surface < 0) in.u16();
+            faces += count > 1 ? 1 : 0;  // points share a face
+            corners += count;
+        }
+        layer_.reserve(faces, corners);
     }
 
     void surface(Bytes body) {
