@@ -108,6 +108,33 @@ class MeshRecord {
         return 0;
     }
 
+    /// Drops points, texture vertices and normals that no face uses. The others keep their order.
+    void dropUnused() {
+        const auto keep = [this](std::vector<Point>& points, std::vector<int>& pool,
+                                 std::uint32_t lists) {
+            constexpr int kUnused = -1;
+            std::vector<int> numbers(points.size(), kUnused);
+            const auto forEachIndex = [&](auto&& visit) {
+                for (const Face& face : faces_)
+                    for (std::uint32_t i = 0; (face.shape & lists) == lists && i < count(face); ++i)
+                        visit(pool[face.start + i]);
+            };
+            forEachIndex([&](int index) { numbers[static_cast<std::size_t>(index)] = 0; });
+            int next = 0;
+            for (std::size_t i = 0; i < points.size(); ++i) {
+                if (numbers[i] == kUnused) continue;
+                points[static_cast<std::size_t>(next)] = points[i];
+                numbers[i] = next++;
+            }
+            if (next == size(points)) return;
+            points.resize(static_cast<std::size_t>(next));
+            forEachIndex([&](int& index) { index = numbers[static_cast<std::size_t>(index)]; });
+        };
+        keep(vertices_, pool_, 0);
+        keep(texVertices_, texturePool_, kHasTexture);
+        keep(normals_, normalPool_, kHasNormals);
+    }
+
     /// Makes room, so that adding that many doesn't move what is there. `corners` counts those of
     /// all faces; their texture and normal lists get room where there is any for what they index.
     void reserve(std::size_t vertices, std::size_t texVertices, std::size_t normals,
@@ -148,6 +175,8 @@ class MeshRecord {
     static constexpr std::size_t kMaxStart = std::numeric_limits<std::uint32_t>::max();
     using NoList = std::span<const int>;
 
+    static std::uint32_t count(const Face& face) { return face.shape & kMaxCorners; }
+
     template <typename T>
     static int size(const std::vector<T>& list) {
         return static_cast<int>(list.size());
@@ -179,7 +208,7 @@ class MeshRecord {
     }
 
     static std::span<const int> list(const std::vector<int>& pool, const Face& face) {
-        return {pool.data() + face.start, face.shape & kMaxCorners};
+        return {pool.data() + face.start, count(face)};
     }
 
     std::vector<Point> vertices_;

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "interchange/ImportedModel.h"
 #include "render/MaterialX.h"
 #include "scene/SceneX.h"
 #include "toolkit/platform/Platform.h"
@@ -63,14 +62,6 @@ std::size_t ImportedGroups::faceCount() const {
     for (const ImportedGroup& group : groups)
         count += static_cast<std::size_t>(group.mesh.faceCount());
     return count;
-}
-
-Mesh3 withoutUnusedPoints(Mesh3&& mesh) {
-    ImportedModel model;
-    model.faceGroups.resize(static_cast<std::size_t>(mesh.faceCount()));
-    model.groups.resize(1);
-    model.mesh = std::move(mesh);
-    return std::move(splitByGroup(std::move(model)).front());
 }
 
 std::vector<ObjectP*> addToScene(SceneX& scene, ImportedGroups&& model,

@@ -49,9 +49,6 @@ struct ImportedGroups {
     std::size_t faceCount() const;  // of all groups
 };
 
-/// `mesh` without the points, texture vertices and normals that no face uses.
-Mesh3 withoutUnusedPoints(Mesh3&& mesh);
-
 /// Makes one ObjectP per group, named after it, and the materials that they use; names are made
 /// unique in the scene. The members belong to the scene. `path` and `type` say where they came
 /// from. Slots without a material show the default one.

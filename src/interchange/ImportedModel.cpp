@@ -44,34 +44,13 @@ class Compaction {
     std::vector<int> corners_;
 };
 
-bool usesEverything(const Mesh3& mesh) {
-    std::vector<bool> vertices(mesh.vertices().size());
-    std::vector<bool> texture(mesh.texVertices().size());
-    std::vector<bool> normals(mesh.normals().size());
-    std::size_t unused = vertices.size() + texture.size() + normals.size();
-    const auto use = [&unused](std::vector<bool>& used, std::span<const int> indices) {
-        for (const int i : indices) {
-            const auto index = static_cast<std::size_t>(i);
-            if (used[index]) continue;
-            used[index] = true;
-            --unused;
-        }
-    };
-    for (int i = 0; i < mesh.faceCount(); ++i) {
-        const FaceView face = mesh.face(i);
-        use(vertices, face.vertices);
-        use(texture, face.texture);
-        use(normals, face.normals);
-    }
-    return unused == 0;
-}
-
 }  // namespace
 
 std::vector<Mesh3> splitByGroup(ImportedModel&& model) {
     std::vector<Mesh3> meshes(model.groups.size());
-    if (meshes.size() == 1 && usesEverything(model.mesh)) {
+    if (meshes.size() == 1) {
         meshes[0] = std::move(model.mesh);
+        meshes[0].dropUnused();
         return meshes;
     }
     const Mesh3& whole = model.mesh;

@@ -21,8 +21,7 @@ struct ImportedModel {
 };
 
 /// The faces of each group as a mesh of its own, with the points that it uses, in the order of
-/// first use. A model with a single group gives its mesh as it is, without those points that no
-/// face uses.
+/// first use; those of a model with a single group keep the order that they have.
 std::vector<Mesh3> splitByGroup(ImportedModel&& model);
 
 /// Makes one ObjectP per group, named after it (names unique in the scene), in the order of the

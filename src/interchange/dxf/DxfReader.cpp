@@ -61,9 +61,11 @@ class DxfParser {
                 faceValue(code, value);
         }
         if (state_ == State::kFace) finishFace();
-        for (ImportedGroup& layer : model_.groups)
+        for (ImportedGroup& layer : model_.groups) {
+            layer.mesh.shrinkToFit();
             if (layer.materials[0] == ImportedGroup::kNoMaterial)
                 layer.materials[0] = addMaterial(ImportedMaterial{layer.name + " Material"});
+        }
         return kSuccess;
     }
 

@@ -91,7 +91,7 @@ class FactParser {
         ByteReader in(chunk.body);
         if (chunk.id == fact::kName) {
             group.name = in.text();
-        } else if (chunk.id == fact::kAttributes) {
+        } else if (chunk.id == fact::kAttributes && model_.groups.size() < kMaxImportedGroups) {
             while (!in.atEnd()) {
                 const std::size_t slot = in.u16();
                 ImportedMaterial material;
@@ -101,6 +101,7 @@ class FactParser {
                 const bool whole = !in.failed();
                 material.name = in.text();
                 if (!whole || slot >= group.materials.size() || material.name.empty()) continue;
+                if (group.materials[slot] != ImportedGroup::kNoMaterial) continue;
                 group.materials[slot] = addMaterial(std::move(material));
             }
         }
@@ -159,7 +160,7 @@ class FactParser {
             open.group.name = kFactDefaultGroup;
         else if (open.group.name.empty())
             open.group.name = "FACT group" + std::to_string(open.number);
-        open.group.mesh = withoutUnusedPoints(std::move(open.group.mesh));
+        open.group.mesh.dropUnused();
         model_.add(std::move(open.group));
         return kSuccess;
     }

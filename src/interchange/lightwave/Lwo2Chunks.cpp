@@ -1,7 +1,7 @@
 // LWO2: layers of points, polygons, maps and tags. Polygons are made when the last chunk that
 // belongs to their points has been seen, since maps and tags may stand before or behind them.
 #include <algorithm>
-#include <utility>
+#include <tuple>
 #include <vector>
 
 #include "interchange/lightwave/LwoChunks.h"
@@ -36,7 +36,8 @@ class Lwo2Reader {
         int texture = 0;
 
         friend bool operator<(const OwnTexture& a, const OwnTexture& b) {
-            return std::pair(a.polygon, a.point) < std::pair(b.polygon, b.point);
+            return std::tuple(a.polygon, a.point, a.texture) <
+                   std::tuple(b.polygon, b.point, b.texture);
         }
     };
 
@@ -67,6 +68,17 @@ class Lwo2Reader {
         }
     }
 
+    /// Keeps a chunk until all are there. Empty ones don't count, except that what follows empty
+    /// polygons is theirs.
+    void remember(const IffChunk& chunk) {
+        constexpr std::size_t kType = 4;
+        const auto isEmpty = [](const IffChunk& c) { return c.body.size() <= kType; };
+        if (chunk.id != kPolygons && isEmpty(chunk)) return;
+        if (!pending_.empty() && pending_.back().id == kPolygons && isEmpty(pending_.back()))
+            pending_.pop_back();
+        pending_.push_back(chunk);
+    }
+
     void startLayer(Bytes body) {
         ByteReader in(body);
         in.take(2 + 2 + kPointBytes);  // number, flags, pivot
@@ -92,6 +104,7 @@ class Lwo2Reader {
         }
         pending_.clear();
         textureOf_.clear();
+        lastOf_.clear();
         count_ = 0;
         return kSuccess;
     }
@@ -106,9 +119,12 @@ class Lwo2Reader {
         return type == kTextureMap && dimension == 2 && !in.failed();
     }
 
-    int addTexture(ByteReader& in) {
+    /// The texture vertex that `in` tells, or `known` if that is the same.
+    int textureVertex(ByteReader& in, int known) {
         const double u = in.f32();
-        return layer_.mesh().addTexVertex({u, in.f32(), 0.0});
+        const Vec3 texture{u, in.f32(), 0.0};
+        if (known != kNoTexture && layer_.mesh().texVertex(known) == texture) return known;
+        return layer_.mesh().addTexVertex(texture);
     }
 
     void vertexMap(Bytes body) {
@@ -120,34 +136,44 @@ class Lwo2Reader {
             ByteReader values(in.take(8));
             if (in.failed()) return;
             if (point >= textureOf_.size() || textureOf_[point] != kNoTexture) continue;
-            textureOf_[point] = addTexture(values);
+            textureOf_[point] = textureVertex(values, kNoTexture);
         }
     }
 
     void discontinuousMap(Bytes body) {
         ByteReader in(body);
         if (!isTextureMap(in)) return;
+        std::size_t count = 0;
+        for (ByteReader ahead = in; !ahead.atEnd(); ++count) {
+            index(ahead);
+            index(ahead);
+            ahead.take(8);
+        }
+        if (ownTextures_.empty()) ownTextures_.reserve(count);
+        if (lastOf_.empty()) {
+            lastOf_ = textureOf_;
+            lastOf_.resize(static_cast<std::size_t>(count_), kNoTexture);
+        }
         while (!in.atEnd()) {
             const std::uint32_t point = index(in);
             const std::uint32_t polygon = index(in);
             ByteReader values(in.take(8));
             if (in.failed()) return;
-            if (point < static_cast<std::uint32_t>(count_))
-                ownTextures_.push_back({polygon, point, addTexture(values)});
+            if (point >= lastOf_.size()) continue;
+            int& last = lastOf_[point];  // most polygons around a point say the same
+            last = textureVertex(values, last);
+            ownTextures_.push_back({polygon, point, last});
         }
     }
 
-    /// Tags of polygons below `polygonLimit`; there can't be others.
-    void polygonTags(Bytes body, std::size_t polygonLimit) {
+    void polygonTags(Bytes body) {
         ByteReader in(body);
         if (in.u32() != kSurface) return;
         while (!in.atEnd()) {
             const std::uint32_t polygon = index(in);
             const std::uint16_t tag = in.u16();
             if (in.failed()) return;
-            if (polygon >= polygonLimit) continue;
-            if (polygon >= tags_.size()) tags_.resize(polygon + 1, kNoTag);
-            tags_[polygon] = tag;
+            if (polygon < tags_.size()) tags_[polygon] = tag;
         }
     }
 
@@ -158,17 +184,16 @@ class Lwo2Reader {
         const std::uint32_t type = in.u32();
         const bool curves = type == kCurve;
         if (!curves && type != kFaces && type != kSubPatch && type != kSubDivision) return kSuccess;
-        tags_.clear();
+        tags_.assign(makeRoom(in), kNoTag);
         ownTextures_.clear();
         for (const IffChunk& chunk : properties) {
             if (chunk.id == kPolygonTags)
-                polygonTags(chunk.body, in.rest() / 2);
+                polygonTags(chunk.body);
             else
                 discontinuousMap(chunk.body);
         }
-        std::stable_sort(ownTextures_.begin(), ownTextures_.end());
+        std::sort(ownTextures_.begin(), ownTextures_.end());
 
-        reserve(in);
         auto own = ownTextures_.begin();
         for (std::uint32_t polygon = 0; !in.atEnd(); ++polygon) {
             if (polygon % kPolygonsPerTick == 0 && pollProgress(static_cast<int>(polygon), 0) != 0)
@@ -179,7 +204,7 @@ class Lwo2Reader {
                 ++own;
             if (in.failed() || !valid || count == 0) continue;
             findTexture({own, ownTextures_.end()}, polygon);
-            const std::uint16_t tag = polygon < tags_.size() ? tags_[polygon] : kNoTag;
+            const std::uint16_t tag = tags_[polygon];
             const std::uint32_t surface = tag == kNoTag ? Surfaces::kNone : tag;
             if (curves)
                 layer_.addCurve(corners_, surface);
@@ -189,11 +214,12 @@ class Lwo2Reader {
         return kSuccess;
     }
 
-    /// Makes room for the polygons that `in` holds: their number isn't told anywhere.
-    void reserve(ByteReader in) {
+    /// Counts the polygons that `in` holds, since their number isn't told anywhere, and makes room.
+    std::size_t makeRoom(ByteReader in) {
+        std::size_t polygons = 0;
         std::size_t faces = 0;
         std::size_t corners = 0;
-        while (!in.atEnd()) {
+        for (; !in.atEnd(); ++polygons) {
             const std::size_t count = in.u16() & kMaxCorners;
             for (std::size_t i = 0; i < count; ++i)
                 index(in);
@@ -201,6 +227,7 @@ class Lwo2Reader {
             corners += count;
         }
         layer_.reserve(faces, corners);
+        return polygons;
     }
 
     bool readCorners(ByteReader& in, std::size_t count) {
@@ -260,6 +287,7 @@ class Lwo2Reader {
     int first_ = 0;  // point of the mesh that their point 0 is
     int count_ = 0;
     std::vector<int> textureOf_;     // of each; empty where no map was seen
+    std::vector<int> lastOf_;        // that a polygon gave it
     std::vector<IffChunk> pending_;  // polygons, and tags and maps behind those that they belong to
     // Of the polygons that are being made:
     std::vector<std::uint16_t> tags_;

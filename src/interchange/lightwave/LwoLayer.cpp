@@ -13,6 +13,7 @@ namespace orvin::lwo {
 namespace {
 
 constexpr int kSlots = ObjectP::kMaterialCount;
+constexpr std::size_t kMaxPointRun = 4096;  // points that share an element
 constexpr int kMaxSurfaces = 100 * kSlots;  // of one layer; further ones join the last
 
 }  // namespace
@@ -48,15 +49,17 @@ int Layer::localSurface(std::uint32_t surface) {
 
 void Layer::reserve(std::size_t faces, std::size_t corners) {
     const auto count = [](int n) { return static_cast<std::size_t>(n); };
+    const std::size_t before = mesh_.cornerCount();
+    if (corners < before) return;  // growing by itself is cheaper than many exact steps
     mesh_.reserve(count(mesh_.vertexCount()), count(mesh_.texVertexCount()), 0,
-                  count(mesh_.faceCount()) + faces, mesh_.cornerCount() + corners);
+                  count(mesh_.faceCount()) + faces, before + corners);
 }
 
 void Layer::addPolygon(std::span<const int> corners, std::span<const int> texture,
                        std::uint32_t surface) {
     const int number = localSurface(surface);
     if (corners.size() == 1) {
-        if (number != pointSurface_) finishPoints();
+        if (number != pointSurface_ || points_.size() == kMaxPointRun) finishPoints();
         pointSurface_ = number;
         points_.push_back(corners[0]);
         return;
@@ -84,7 +87,8 @@ void Layer::finish() {
         Mesh3 whole = splitConcaveFaces(std::exchange(mesh_, {}));
         const auto count = static_cast<int>(materials_.size());
         if (count <= kSlots) {
-            give(withoutUnusedPoints(std::move(whole)), materials_);
+            whole.dropUnused();
+            give(std::move(whole), materials_);
         } else {
             ImportedModel parts;
             parts.groups.resize(static_cast<std::size_t>((count + kSlots - 1) / kSlots));

@@ -6,6 +6,10 @@ namespace orvin::lwo {
 
 void Surfaces::addNames(Bytes names) {
     const auto start = static_cast<std::size_t>(names.data() - file_.data());
+    std::size_t count = 0;
+    for (ByteReader in(names); !in.atEnd(); in.text())
+        ++count;
+    if (names_.empty()) names_.reserve(count);
     for (ByteReader in(names); !in.atEnd(); in.text())
         names_.push_back({static_cast<std::uint32_t>(start + names.size() - in.rest()), kUnseen});
 }
