@@ -3,11 +3,11 @@
 
 #include <cstdint>
 #include <map>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tests/vector/GlyphLoops.h"
 #include "vector/font/TrueTypeReader.h"
 
 namespace orvin::test {
@@ -128,27 +128,8 @@ struct TinyTrueType {
     }
 };
 
-inline std::span<const std::uint8_t> asBytes(const std::string& text) {
-    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
-
-/// The font that the reader makes of these bytes.
 inline FontFile parsed(const std::string& bytes) {
-    FontFile font;
-    font.kind = FontFile::Kind::kTrueType;
-    TrueTypeReader(font).parse(asBytes(bytes));
-    return font;
-}
-
-using Loops = std::vector<std::vector<GlyphPoint>>;
-
-inline Loops loopsOf(const FontFile& font, const FontGlyph& glyph) {
-    Loops loops;
-    for (const GlyphContour& contour : font.table.contours(glyph)) {
-        const auto points = font.table.points(contour);
-        loops.emplace_back(points.begin(), points.end());
-    }
-    return loops;
+    return parsedBy<TrueTypeReader>(FontFile::Kind::kTrueType, bytes);
 }
 
 }  // namespace orvin::test

@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <initializer_list>
 #include <map>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "tests/vector/GlyphLoops.h"
 #include "toolkit/Numbers.h"
 #include "vector/font/Type1Reader.h"
 
@@ -149,30 +149,12 @@ struct TinyType1 {
     }
 };
 
-inline std::span<const std::uint8_t> asFontBytes(const std::string& bytes) {
-    return {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()};
-}
-
 inline FontFile parsedType1(const std::string& bytes) {
-    FontFile font;
-    font.kind = FontFile::Kind::kType1;
-    Type1Reader(font).parse(asFontBytes(bytes));
-    return font;
-}
-
-using Contours = std::vector<std::vector<GlyphPoint>>;
-
-inline Contours contoursOf(const FontFile& font, const FontGlyph& glyph) {
-    Contours contours;
-    for (const GlyphContour& contour : font.table.contours(glyph)) {
-        const auto points = font.table.points(contour);
-        contours.emplace_back(points.begin(), points.end());
-    }
-    return contours;
+    return parsedBy<Type1Reader>(FontFile::Kind::kType1, bytes);
 }
 
 /// Points as "x,y" with a "~" behind control points; contours divided by " | ".
-inline std::string written(const Contours& contours) {
+inline std::string written(const Loops& contours) {
     std::string text;
     for (const auto& points : contours) {
         if (!text.empty()) text += " | ";

@@ -15,7 +15,7 @@ using namespace test;
 
 std::string outlineOf(const FontFile& font, int code) {
     const FontGlyph* const glyph = font.glyphForCode(code);
-    return glyph == nullptr ? "none" : written(contoursOf(font, *glyph));
+    return glyph == nullptr ? "none" : written(loopsOf(font, *glyph));
 }
 
 const std::vector<std::string> kFlexSubrs = {"3 0 callothersubr pop pop setcurrentpoint return",

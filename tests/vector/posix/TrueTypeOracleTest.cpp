@@ -1,18 +1,16 @@
 // The TrueType fonts of several packages against FreeType's unscaled outlines, point by point.
 #include <ft2build.h>
 #include <gtest/gtest.h>
-#include FT_FREETYPE_H
 #include FT_ADVANCES_H
 #include FT_SFNT_NAMES_H
 #include FT_TRUETYPE_TABLES_H
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <memory>
+#include <map>
 
 #include "tests/vector/TinyTrueType.h"
+#include "tests/vector/posix/FreeTypeFace.h"
 #include "vector/font/SfntCursor.h"
 
 namespace orvin {
@@ -31,33 +29,6 @@ std::vector<fs::path> installedFonts() {
     }
     std::sort(fonts.begin(), fonts.end());
     return fonts;
-}
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-struct FaceDone {
-    void operator()(FT_Face face) const { FT_Done_Face(face); }
-};
-struct LibraryDone {
-    void operator()(FT_Library library) const { FT_Done_FreeType(library); }
-};
-using Face = std::unique_ptr<std::remove_pointer_t<FT_Face>, FaceDone>;
-using Library = std::unique_ptr<std::remove_pointer_t<FT_Library>, LibraryDone>;
-
-Library openLibrary() {
-    FT_Library library = nullptr;
-    FT_Init_FreeType(&library);
-    return Library(library);
-}
-
-Face openFace(const Library& library, const std::string& bytes) {
-    FT_Face face = nullptr;
-    FT_New_Memory_Face(library.get(), reinterpret_cast<const FT_Byte*>(bytes.data()),
-                       static_cast<FT_Long>(bytes.size()), 0, &face);
-    return Face(face);
 }
 
 std::string tableOf(const Face& face, FT_ULong tag) {
@@ -85,27 +56,13 @@ std::string withoutMap(std::string bytes) {
     return bytes;
 }
 
-Loops loopsOfOutline(const FT_Outline& outline) {
-    Loops loops;
-    int start = 0;
-    for (int c = 0; c < outline.n_contours; ++c) {
-        auto& loop = loops.emplace_back();
-        const int end = outline.contours[c];
-        for (int i = start; i <= end; ++i)
-            loop.push_back({static_cast<std::int32_t>(outline.points[i].x),
-                            static_cast<std::int32_t>(outline.points[i].y),
-                            static_cast<std::uint8_t>(outline.tags[i] & 1)});
-        loop.push_back(loop.front());
-        start = end + 1;
-    }
-    return loops;
-}
-
-/// True where ours are FreeType's moved sideways by dx.
+/// True where ours are FreeType's moved sideways by dx, each with its first point once more.
 bool sameButMoved(const Loops& ours, Loops theirs, int dx) {
-    for (auto& loop : theirs)
+    for (auto& loop : theirs) {
         for (GlyphPoint& p : loop)
             p.x += dx;
+        loop.push_back(loop.front());
+    }
     return ours == theirs;
 }
 

@@ -1,31 +1,23 @@
 // The Type 1 fonts that are installed, against FreeType's unscaled outlines, point by point.
 #include <ft2build.h>
 #include <gtest/gtest.h>
-#include FT_FREETYPE_H
 #include FT_MODULE_H
 #include FT_TYPE1_TABLES_H
 
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
-#include <memory>
 
 #include "tests/support/TempFolder.h"
 #include "tests/vector/TinyType1.h"
+#include "tests/vector/posix/FreeTypeFace.h"
 
 namespace orvin {
 namespace {
 
 using namespace test;
 namespace fs = std::filesystem;
-
-std::string contentOf(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 /// Those of a package that ./dev test installs, those that come with other things, and those below
 /// the folder that ORVIN_TYPE1_FONTS names.
@@ -158,36 +150,12 @@ class OwnWays {
     std::map<std::string, Own> glyphs_;
 };
 
-struct FaceDone {
-    void operator()(FT_Face face) const { FT_Done_Face(face); }
-};
-struct LibraryDone {
-    void operator()(FT_Library library) const { FT_Done_FreeType(library); }
-};
-using Face = std::unique_ptr<std::remove_pointer_t<FT_Face>, FaceDone>;
-using Library = std::unique_ptr<std::remove_pointer_t<FT_Library>, LibraryDone>;
-
-Library openLibrary() {
-    FT_Library library = nullptr;
-    FT_Init_FreeType(&library);
+Library openPlainLibrary() {
+    Library library = openLibrary();
     // The interpreter that keeps all points as they are.
     FT_UInt plain = 0;
-    FT_Property_Set(library, "type1", "hinting-engine", &plain);
-    return Library(library);
-}
-
-Contours contoursOfOutline(const FT_Outline& outline) {
-    Contours contours;
-    int start = 0;
-    for (int c = 0; c < outline.n_contours; ++c) {
-        auto& contour = contours.emplace_back();
-        for (int i = start; i <= outline.contours[c]; ++i)
-            contour.push_back({static_cast<std::int32_t>(outline.points[i].x),
-                               static_cast<std::int32_t>(outline.points[i].y),
-                               static_cast<std::uint8_t>(outline.tags[i] & 1)});
-        start = outline.contours[c] + 1;
-    }
-    return contours;
+    FT_Property_Set(library.get(), "type1", "hinting-engine", &plain);
+    return library;
 }
 
 bool samePlace(const GlyphPoint& a, const GlyphPoint& b) {
@@ -196,7 +164,7 @@ bool samePlace(const GlyphPoint& a, const GlyphPoint& b) {
 
 /// Contours that don't come back to their start, be it by a point or by a curve with its handles on
 /// its ends, and without lines of no length, which FreeType drops; a moveto alone is no contour.
-Contours plainContours(Contours contours) {
+Loops plainContours(Loops contours) {
     const auto noLine = [](const GlyphPoint& a, const GlyphPoint& b) {
         return a.onCurve != 0 && b.onCurve != 0 && samePlace(a, b);
     };
@@ -222,10 +190,7 @@ class Comparison {
 
     void compare(const Library& library, const fs::path& path) {
         const std::string bytes = contentOf(path);
-        FT_Face opened = nullptr;
-        FT_New_Memory_Face(library.get(), reinterpret_cast<const FT_Byte*>(bytes.data()),
-                           static_cast<FT_Long>(bytes.size()), 0, &opened);
-        const Face face(opened);
+        const Face face = openFace(library, bytes);
         if (!face) return;  // PostScript that makes a font of another
         ++fonts;
         const OwnWays own(bytes);
@@ -257,8 +222,8 @@ class Comparison {
                       const std::string& what) {
         ASSERT_NE(glyph, nullptr) << what;
         ++compared;
-        const Contours ours = plainContours(contoursOf(font, *glyph));
-        const Contours freeTypes = plainContours(contoursOfOutline(theirs->outline));
+        const Loops ours = plainContours(loopsOf(font, *glyph));
+        const Loops freeTypes = plainContours(loopsOfOutline(theirs->outline));
         if (ours == freeTypes && glyph->advanceWidth == theirs->metrics.horiAdvance) return;
         if (own == Own::kNo) {
             EXPECT_EQ(written(ours), written(freeTypes)) << what;
@@ -269,7 +234,7 @@ class Comparison {
 };
 
 TEST(Type1Oracle, OutlinesAndAdvancesAreFreeTypes) {
-    const Library library = openLibrary();
+    const Library library = openPlainLibrary();
     Comparison all;
     for (const fs::path& path : installedFonts())
         all.compare(library, path);
@@ -303,7 +268,7 @@ TEST(Type1Oracle, BothDressesAreTheSameFont) {
             EXPECT_EQ(font.widthUnits(), binary.widthUnits());
             for (std::size_t i = 0; i < font.glyphCount(); ++i) {
                 EXPECT_EQ(font.glyphAt(i).code, binary.glyphAt(i).code);
-                EXPECT_EQ(contoursOf(font, font.glyphAt(i)), contoursOf(binary, binary.glyphAt(i)))
+                EXPECT_EQ(loopsOf(font, font.glyphAt(i)), loopsOf(binary, binary.glyphAt(i)))
                     << path << ' ' << font.glyphAt(i).glyphName;
             }
         }
