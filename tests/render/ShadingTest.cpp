@@ -4,39 +4,13 @@
 
 #include <cmath>
 
-#include "render/image/ImageCache.h"
-#include "scene/SceneX.h"
+#include "tests/render/TestScene.h"
 
 namespace orvin {
 namespace {
 
 using Look = MaterialX::Look;
 constexpr double kNear = 1e-4;
-
-/// Gives "|ExtMap<n>" a picture and a map; dropped with the object.
-class LayerPictures {
-  public:
-    explicit LayerPictures(SceneX& scene) : scene_(scene) {}
-    ~LayerPictures() { clearLayerImages(); }
-
-    /// `pixel(x, y)` gives R, G, B, A.
-    template <typename Pixel>
-    std::string add(int number, int width, int height, Pixel&& pixel) {
-        ImageBuffer image(width, height, PixelKind::kRgba);
-        for (int y = 0; y < height; ++y)
-            for (int x = 0; x < width; ++x) {
-                const std::array<std::uint8_t, 4> bytes = pixel(x, y);
-                image.writePixel(x, y, bytes);
-            }
-        const std::string name = extMapName(number);
-        addLayerImage(name, std::make_unique<SummedImage>(image));
-        scene_.make<ImageMap>(name);
-        return name;
-    }
-
-  private:
-    SceneX& scene_;
-};
 
 class Shading : public testing::Test {
   protected:
@@ -73,8 +47,8 @@ class Shading : public testing::Test {
         context.tangentT = {0, 1, 0};
     }
 
-    SceneX scene;
-    LayerPictures pictures{scene};
+    TestScene stage;
+    SceneX& scene = stage.scene;
     std::vector<const LightX*> lights;
     MaterialMaps maps;
     ShadeContext context;
@@ -145,7 +119,7 @@ TEST_F(Shading, ColourMapMixesByItsAlpha) {
         {102,
          {(1 - half) * 0.5F + half, (1 - half) * 0.25F, (1 - half) * 0.125F + half * 0.2F, 1.0F}}};
     for (const Case& c : cases) {
-        pictures.add(1, 4, 4, [&](int, int) {
+        stage.map(1, 4, 4, [&](int, int) {
             return std::array<std::uint8_t, 4>{255, 0, 51, c.alpha};
         });
         MaterialX& m = scene.make<MaterialX>(scene.uniqueName("m"));
@@ -161,7 +135,7 @@ TEST_F(Shading, ColourMapMixesByItsAlpha) {
 
 TEST_F(Shading, TransparencyMapScalesOpacityAndHighlights) {
     light();
-    pictures.add(1, 4, 4, [](int, int) { return std::array<std::uint8_t, 4>{0, 0, 0, 51}; });
+    stage.map(1, 4, 4, [](int, int) { return std::array<std::uint8_t, 4>{0, 0, 0, 51}; });
     MaterialX& m = scene.make<MaterialX>("m");
     Look look = plain(MaterialX::kDiffuse | MaterialX::kSpecular | MaterialX::kTransparencyMap);
     look.transparency = 0.5;
@@ -180,7 +154,7 @@ TEST_F(Shading, TransparencyMapScalesOpacityAndHighlights) {
 TEST_F(Shading, BumpLeansTheNormalAgainstTheSlope) {
     // Brightness rises by 1/4 over each box width in s: the surface rises to +x, so its normal
     // leans to -x by 3 * scale * slope. A light from -x sees more of it.
-    pictures.add(1, 256, 4, [](int x, int) {
+    stage.map(1, 256, 4, [](int x, int) {
         return std::array<std::uint8_t, 4>{0, 0, 0, static_cast<std::uint8_t>(x)};
     });
     MaterialX& m = scene.make<MaterialX>("m");
@@ -206,7 +180,7 @@ TEST_F(Shading, BumpLeansTheNormalAgainstTheSlope) {
 TEST_F(Shading, ReflectionOverTheSeamTakesBothEnds) {
     // The left half of the environment is red, the right half green; its seam lies behind the
     // surface, at -z. Grazing normals along x see it.
-    pictures.add(1, 64, 32, [](int x, int) {
+    stage.map(1, 64, 32, [](int x, int) {
         return x < 32 ? std::array<std::uint8_t, 4>{255, 0, 0, 255}
                       : std::array<std::uint8_t, 4>{0, 255, 0, 255};
     });
