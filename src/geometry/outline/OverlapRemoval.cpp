@@ -5,10 +5,13 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <limits>
+#include <optional>
 #include <utility>
 
-#include "geometry/outline/OverlapPairs.h"
+#include "geometry/outline/BoxPairs.h"
 #include "geometry/outline/PolyShape2.h"
+#include "geometry/outline/WindingSweep.h"
 
 namespace orvin {
 
@@ -19,6 +22,15 @@ constexpr double kCollinear = 0.01;
 constexpr int kNoResult = -999;
 // The jitter ends by itself on art; this ends it on coordinates so large that a step is lost.
 constexpr int kMaxJitterRounds = 64;
+// An outline that has more pairs of edges near each other, or more crossings, is no art.
+constexpr std::int64_t kMostPairs = std::int64_t{1} << 26;
+constexpr std::size_t kMostCrossings = std::size_t{1} << 22;  // two entries for each
+constexpr std::size_t kMostPairsKept = std::size_t{1} << 22;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+// Generous bounds of what rounding does: to a distance, by the largest coordinate; to where two
+// lines meet that differ by the least that counts, by its square.
+constexpr double kRounding = 1e-13;
+constexpr double kCrossingSlack = 1e-8;
 
 /// The generator of a C library of old; its own state, so that a shape comes out the same each
 /// time.
@@ -35,65 +47,63 @@ class Jitter {
     std::uint32_t state_ = 1;
 };
 
+/// Of edges.
+struct Pair {
+    int first;
+    int second;
+};
+
 struct Crossing {
+    int edge = -1;
     double parameter = 0.0;
     int vertex = -1;
-};
-
-struct Span {
-    double x0 = 0.0;
-    double x1 = 0.0;
-    double slope = 0.0;
-    double intercept = 0.0;
-    int direction = 0;  // -1 from left to right, +1 from right to left
-    int prec = -1;
-
-    double at(double x) const { return slope * x + intercept; }
-};
-
-enum class EventKind { kStart = 0, kMiddle = 1, kEnd = 2 };
-
-struct Event {
-    double x = 0.0;
-    EventKind kind = EventKind::kStart;
-    int span = -1;
 };
 
 class OverlapRemoval {
   public:
     explicit OverlapRemoval(PolyShape2& shape) : shape_(shape) {}
 
-    void jitter() {
+    /// Moves points off the edges that they nearly lie on, until none does. False where there are
+    /// too many pairs to look at.
+    bool jitter() {
         Jitter random;
-        for (int round = 0; round < kMaxJitterRounds && jitterOnce(random); ++round) {
-        }
+        for (int round = 0; round < kMaxJitterRounds; ++round)
+            if (!jitterOnce(random)) return pairsLeft_ > 0;
+        near_.reset();
+        return true;
     }
 
-    void splitAtCrossings() {
-        std::vector<std::vector<Crossing>> crossings(shape_.precs.size());
-        auto intervals = edgeIntervals();
-        forEachOverlap(intervals, [&](int first, int second) {
-            if (neighbours(first, second)) return;
+    /// False where there are too many pairs to look at, or crossings.
+    bool splitAtCrossings() {
+        std::vector<Crossing> crossings;
+        const auto cross = [&](int first, int second) {
+            if (neighbours(first, second)) return true;
             const Line2 a = edge(first);
             const Line2 b = edge(second);
             const auto onB = a.segmentIntersect(b);
-            if (!onB) return;
+            if (!onB) return --pairsLeft_ > 0;
             const int vertex = addVertex(second, *onB);
-            crossings[index(first)].push_back({a.parameterOf(b.pointAt(*onB)), vertex});
-            crossings[index(second)].push_back({*onB, vertex});
-        });
-        for (std::size_t i = 0; i < crossings.size(); ++i) {
-            auto& list = crossings[i];
-            std::stable_sort(list.begin(), list.end(), [](const Crossing& a, const Crossing& b) {
-                return a.parameter < b.parameter;
-            });
-            std::size_t last = i;
-            for (const Crossing& c : list) {
-                shape_.precs.push_back({c.vertex, shape_.precs[last].next});
-                shape_.precs[last].next = static_cast<int>(shape_.precs.size()) - 1;
-                last = shape_.precs.size() - 1;
-            }
+            crossings.push_back({first, a.parameterOf(b.pointAt(*onB)), vertex});
+            crossings.push_back({second, *onB, vertex});
+            return crossings.size() < kMostCrossings && --pairsLeft_ > 0;
+        };
+        const bool all = near_ ? std::all_of(near_->begin(), near_->end(),
+                                             [&](Pair p) { return cross(p.first, p.second); })
+                               : BoxPairs(edgeBoxes()).forEach(cross);
+        if (!all) return false;
+        std::stable_sort(crossings.begin(), crossings.end(),
+                         [](const Crossing& a, const Crossing& b) {
+                             return a.edge != b.edge ? a.edge < b.edge : a.parameter < b.parameter;
+                         });
+        int edge = -1;
+        std::size_t last = 0;
+        for (const Crossing& c : crossings) {
+            if (c.edge != edge) last = index(edge = c.edge);
+            shape_.precs.push_back({c.vertex, shape_.precs[last].next});
+            shape_.precs[last].next = static_cast<int>(shape_.precs.size()) - 1;
+            last = shape_.precs.size() - 1;
         }
+        return true;
     }
 
     void keepPositiveWinding() {
@@ -153,39 +163,138 @@ class OverlapRemoval {
     bool hasEdge(int i) const { return prec(i).live() && prec(prec(i).next).vertexID >= 0; }
     bool neighbours(int a, int b) const { return prec(a).next == b || prec(b).next == a; }
 
-    std::vector<Interval> edgeIntervals() const {
-        std::vector<Interval> intervals;
-        intervals.reserve(shape_.precs.size());
+    struct Heights {
+        double bottom;
+        double top;
+    };
+
+    /// The edges as boxes: edges whose boxes don't meet have nothing to do with each other.
+    std::vector<BoxPairs::Box> edgeBoxes() {
+        largest_ = 0.0;
+        for (const Vec2 p : shape_.vertices)
+            for (const double c : {std::abs(p.x), std::abs(p.y)})
+                if (c > largest_ && std::isfinite(c)) largest_ = c;
+        std::vector<BoxPairs::Box> boxes;
+        boxes.reserve(shape_.precs.size());
         for (int i = 0; i < static_cast<int>(shape_.precs.size()); ++i) {
             if (!hasEdge(i)) continue;
             const Vec2 a = shape_.at(i);
             const Vec2 b = shape_.at(prec(i).next);
             if (!std::isfinite(a.x) || !std::isfinite(b.x)) continue;
-            intervals.push_back(
-                {std::min(a.x, b.x) - kTolerance, std::max(a.x, b.x) + kTolerance, i});
+            const Heights heights = reach(i);
+            boxes.push_back({std::min(a.x, b.x) - kTolerance, std::max(a.x, b.x) + kTolerance,
+                             heights.bottom, heights.top, i});
         }
-        return intervals;
+        return boxes;
     }
 
+    /// Where an edge may meet another, or push its points away.
+    Heights reach(int i) const {
+        const Vec2 a = shape_.at(i);
+        const Vec2 b = shape_.at(prec(i).next);
+        // The line of an edge without direction counts as upright: what it meets may be anywhere.
+        if (!hasDirection(b - a)) return {-kInfinity, kInfinity};
+        // Lines that are nearly one meet where rounding has them meet: that grows with the
+        // coordinates' rounding error and with the length of edges.
+        const double margin = 2.0 * kTolerance + kCrossingSlack * largest_ * largest_;
+        return {std::min(a.y, b.y) - margin, std::max(a.y, b.y) + margin};
+    }
+    static bool hasDirection(Vec2 d) {
+        const double squared = dot(d, d);
+        return squared > Line2::kNoDirection && squared < kInfinity;
+    }
+
+    /// True where a point moved; otherwise the pairs of edges that may meet are in near_, unless
+    /// they are too many to keep.
     bool jitterOnce(Jitter& random) {
         bool moved = false;
+        BoxPairs pairs(edgeBoxes());
+        near_.emplace();
+        std::vector<End> ends;  // by vertex; filled when one moves
         const auto push = [&](int prec, const Line2& line) {
-            Vec2& point = shape_.vertices[index(this->prec(prec).vertexID)];
+            const int vertex = this->prec(prec).vertexID;
+            Vec2& point = shape_.vertices[index(vertex)];
             const double t = line.parameterOf(point);
             if (!(std::abs(line.signedDistance(point)) < kTolerance && t > 0.0 && t <= 1.0)) return;
             point.x += random.step();
             point.y += random.step();
             moved = true;
+            if (ends.empty()) ends = edgeEnds();
+            const auto atVertex =
+                std::equal_range(ends.begin(), ends.end(), End{vertex, 0},
+                                 [](const End& a, const End& b) { return a.vertex < b.vertex; });
+            for (auto end = atVertex.first; end != atVertex.second; ++end) {
+                const Heights heights = reach(end->edge);
+                pairs.grow(end->edge, heights.bottom, heights.top);
+            }
         };
-        auto intervals = edgeIntervals();
-        forEachOverlap(intervals, [&](int first, int second) {
-            if (neighbours(first, second)) return;
+        pairs.forEach([&](int first, int second) {
+            if (neighbours(first, second)) return true;
+            const Meeting meeting = meetingOf(first, second);
+            if (meeting.mayCross) keep({first, second});
+            if (!meeting.mayTouch) return --pairsLeft_ > 0;
             push(first, edge(second));
             push(prec(first).next, edge(second));
             push(second, edge(first));
             push(prec(second).next, edge(first));
+            return --pairsLeft_ > 0;
         });
-        return moved;
+        return moved && pairsLeft_ > 0;
+    }
+
+    void keep(Pair pair) {
+        if (!near_) return;
+        if (near_->size() < kMostPairsKept)
+            near_->push_back(pair);
+        else
+            near_.reset();
+    }
+
+    struct Meeting {
+        bool mayTouch = true;  // an end of one may be within the tolerance of the other's line
+        bool mayCross = true;
+    };
+
+    /// What can be told of two edges without a root.
+    Meeting meetingOf(int first, int second) const {
+        const Vec2 a = shape_.at(first);
+        const Vec2 b = shape_.at(second);
+        const Vec2 alongA = shape_.at(prec(first).next) - a;
+        const Vec2 alongB = shape_.at(prec(second).next) - b;
+        if (!hasDirection(alongA) || !hasDirection(alongB)) return {};
+        // Distances of the ends of one from the line of the other, times the other's length.
+        const Vec2 between = b - a;
+        const double b0 = cross(alongA, between);
+        const double b1 = b0 + cross(alongA, alongB);
+        const double a0 = cross(between, alongB);
+        const double a1 = cross(between - alongA, alongB);
+        const double least = 2.0 * kTolerance + kRounding * largest_;
+        const auto off = [least](double area, Vec2 along) {
+            return area * area > least * least * dot(along, along);
+        };
+        const auto sameSide = [](double u, double v) { return (u > 0.0) == (v > 0.0); };
+        const bool offB = off(b0, alongA) && off(b1, alongA);
+        const bool offA = off(a0, alongB) && off(a1, alongB);
+        return {!offA || !offB, !(offA && sameSide(a0, a1)) && !(offB && sameSide(b0, b1))};
+    }
+
+    struct End {
+        int vertex;
+        int edge;
+    };
+
+    /// The ends of all edges, sorted by vertex.
+    std::vector<End> edgeEnds() const {
+        std::vector<End> ends;
+        for (int i = 0; i < static_cast<int>(shape_.precs.size()); ++i) {
+            if (!hasEdge(i)) continue;
+            ends.push_back({prec(i).vertexID, i});
+            ends.push_back({prec(prec(i).next).vertexID, i});
+        }
+        std::sort(ends.begin(), ends.end(), [](const End& a, const End& b) {
+            return a.vertex != b.vertex ? a.vertex < b.vertex : a.edge < b.edge;
+        });
+        return ends;
     }
 
     int addVertex(int onEdge, double t) {
@@ -199,8 +308,7 @@ class OverlapRemoval {
 
     /// The first pass settles the flat edges, the second, turned by a quarter, those left over.
     void sweep(bool turned) {
-        std::vector<Span> spans;
-        std::vector<Event> events;
+        WindingSweep sweep(shape_.precs.size());
         for (int i = 0; i < static_cast<int>(shape_.precs.size()); ++i) {
             if (!hasEdge(i)) continue;
             Vec2 a = shape_.at(i);
@@ -210,79 +318,30 @@ class OverlapRemoval {
                 b = {-b.y, b.x};
             }
             if (!(a.x != b.x) || !std::isfinite(a.x) || !std::isfinite(b.x)) continue;
-            Span span;
-            span.slope = (b.y - a.y) / (b.x - a.x);
-            span.intercept = a.y - span.slope * a.x;
-            span.x0 = std::min(a.x, b.x);
-            span.x1 = std::max(a.x, b.x);
-            span.direction = a.x < b.x ? -1 : 1;
-            span.prec = i;
-            const int id = static_cast<int>(spans.size());
-            events.push_back({span.x0, EventKind::kStart, id});
-            events.push_back({span.x1, EventKind::kEnd, id});
+            const WindingSweep::Span span(a, b, i);
             const bool asks = turned ? result_[index(i)] == kNoResult : std::abs(span.slope) <= 1.0;
-            if (asks) events.push_back({(span.x0 + span.x1) / 2.0, EventKind::kMiddle, id});
-            spans.push_back(span);
+            sweep.add(span, asks);
         }
-        std::stable_sort(events.begin(), events.end(), [](const Event& a, const Event& b) {
-            return a.x != b.x ? a.x < b.x : a.kind < b.kind;
-        });
-        std::vector<int> active;
-        std::vector<std::size_t> place(spans.size(), 0);
-        for (const Event& event : events) {
-            switch (event.kind) {
-                case EventKind::kStart:
-                    place[index(event.span)] = active.size();
-                    active.push_back(event.span);
-                    break;
-                case EventKind::kEnd: {
-                    const std::size_t at = place[index(event.span)];
-                    active[at] = active.back();
-                    place[index(active[at])] = at;
-                    active.pop_back();
-                    break;
-                }
-                case EventKind::kMiddle:
-                    result_[index(spans[index(event.span)].prec)] =
-                        windingResult(spans, active, event);
-                    break;
-            }
-        }
-    }
-
-    /// 0 where the edge is a border that stays.
-    static int windingResult(const std::vector<Span>& spans, const std::vector<int>& active,
-                             const Event& event) {
-        const Span& self = spans[index(event.span)];
-        const double y = self.at(event.x);
-        int up = 0;
-        int down = 0;
-        for (const int id : active) {
-            if (id == event.span) continue;
-            const Span& other = spans[index(id)];
-            if (!(other.x0 <= event.x && event.x < other.x1)) continue;
-            const double height = other.at(event.x);
-            const bool same = std::abs(height - y) < kTolerance &&
-                              std::abs(other.slope - self.slope) < kTolerance &&
-                              std::abs(other.intercept - self.intercept) < kTolerance;
-            if (same) continue;
-            (height > y ? up : down) += other.direction;
-        }
-        if (up == 0) return self.direction < 0 ? self.direction : 0;
-        if (down == 0) return self.direction > 0 ? -self.direction : 0;
-        return self.direction < 0 ? -down : up;
+        sweep.run([this](int prec, int result) { result_[index(prec)] = result; });
     }
 
     PolyShape2& shape_;
+    std::int64_t pairsLeft_ = kMostPairs;
+    std::optional<std::vector<Pair>> near_;
     std::vector<int> result_;
+    double largest_ = 0.0;  // coordinate
 };
 
 }  // namespace
 
 void PolyShape2::resolveOverlaps() {
+    PolyShape2 given = *this;
     OverlapRemoval removal(*this);
-    removal.jitter();
-    removal.splitAtCrossings();
+    if (!removal.jitter() || !removal.splitAtCrossings()) {
+        std::printf("an outline crosses itself too often, it stays as it is.\n");
+        *this = std::move(given);
+        return;
+    }
     removal.keepPositiveWinding();
     removal.reconnect();
     removal.dropOpenChains();

@@ -65,7 +65,8 @@ class PolyShape2 {
     Result tile(double dx, double dy, double ox, double oy, bool splitOnly);
 
     /// Makes clean outlines of loops that cross themselves or each other: what remains is the
-    /// border of the places with positive winding.
+    /// border of the places with positive winding. Loops that cross millions of times are told and
+    /// stay as they are.
     void resolveOverlaps();
 
     /// All loops as lists of points; -1 if a loop runs into a deleted record.
