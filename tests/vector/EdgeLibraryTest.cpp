@@ -169,12 +169,15 @@ TEST_F(EdgeLibrary, IconsAreSolidsWithNormalsOutwards) {
 
 // ---- ProfileL
 
-Result readMember(SceneX& scene, const std::string& body) {
-    const std::string text = "begin ProfileL\n" + body + "end ProfileL\n";
+Result readText(SceneX& scene, const std::string& text) {
     MemoryStream stream(&scene, text);
     while (stream.hasMore())
         if (const Result result = stream.runTopCommand(); result != kSuccess) return result;
     return kSuccess;
+}
+
+Result readMember(SceneX& scene, const std::string& body) {
+    return readText(scene, "begin ProfileL\n" + body + "end ProfileL\n");
 }
 
 TEST_F(EdgeLibrary, ProfileLKeepsItsIndexAlone) {
@@ -194,6 +197,20 @@ TEST_F(EdgeLibrary, ProfileLKeepsItsIndexAlone) {
     ASSERT_EQ(own.writeObject(*edge->inputProfile()), kSuccess);
     ASSERT_EQ(librarys.writeObject(*edgeAt(8)->inputProfile()), kSuccess);
     EXPECT_EQ(own.text(), librarys.text());
+}
+
+TEST_F(EdgeLibrary, ProfileLWithoutAnEdgeComesBackFromItsOwnFile) {
+    for (const int index : {-1, 107}) {
+        SceneX scene;
+        scene.make<ProfileL>("edge").setLibIdx(index);
+        MemoryStream written(nullptr);
+        ASSERT_EQ(written.writeObject(*scene.memberByName("edge")), kSuccess);
+        SceneX other;
+        ASSERT_EQ(readText(other, written.text()), kSuccess) << written.text();
+        auto* const back = other.memberAs<ProfileL>(MemberKind::kProfile, "edge");
+        ASSERT_NE(back, nullptr);
+        EXPECT_EQ(back->libIdx(), index);
+    }
 }
 
 TEST_F(EdgeLibrary, ProfileLRefusesWhatTheLibraryLacks) {

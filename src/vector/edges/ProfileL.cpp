@@ -24,6 +24,7 @@ Result ProfileL::writeBody(SceneStream& stream) {
     const bool failed = OutlineProfile::writeBody(stream) != kSuccess ||
                         stream.putInt("libIdx", libIdx_) != kSuccess;
     if (failed) return kFailure;
+    if (edgeName(libIdx_) == nullptr) return kSuccess;  // a "load" would fail on reading
     stream.line().clear().text("load");
     return stream.putLine();
 }
