@@ -11,7 +11,6 @@ namespace orvin {
 struct OrvinPreferences;
 
 struct RenderState {
-    static constexpr int kOpenGl = 2;              // render method
     static constexpr std::uint8_t kKeepAlpha = 4;  // value of params.channels
 
     /// What the viewers draw with, beside the params.
@@ -45,7 +44,7 @@ struct RenderState {
     bool rendersShadows() const { return (params.flags & RenderParams::kShadows) != 0; }
     void setRendersShadows(bool on);
 
-    std::int32_t renderMethod = 1;  // 2 is OpenGL, other values the software renderer
+    std::int32_t renderMethod = 1;  // see render/RendererChoice.h
     RenderParams params;
     int resolution = 0;
     int antiAliasLevel = 6;  // 1 to 17, see RenderParams::setAntiAliasLevel

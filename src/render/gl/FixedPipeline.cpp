@@ -30,7 +30,6 @@ double spotCutoff(double outerDegrees) {
 FixedLight fixedLight(const LightX& light, bool advanced) {
     FixedLight fixed;
     if (light.type() == LightType::kAmbient) {
-        fixed.isAmbient = true;
         fixed.ambient = times(light.color(), light.intensity(), 1.0F);
         return fixed;
     }

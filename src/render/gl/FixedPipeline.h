@@ -1,5 +1,5 @@
-// FixedPipeline: lights and surfaces as the fixed pipeline takes them. Plain
-// arithmetic; GlPasses hands it on.
+// FixedPipeline: lights and surfaces as the fixed pipeline takes them. Plain arithmetic;
+// ScenePasses hands it on.
 #pragma once
 
 #include <array>
@@ -17,7 +17,6 @@ struct FixedLight {
     std::array<float, 4> position{};       // in the light's own space
     float exponent = 0.0F;
     float cutoff = 180.0F;  // degrees; 180 is no cone
-    bool isAmbient = false;
     bool isSpot = false;
 };
 

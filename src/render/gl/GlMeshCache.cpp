@@ -68,13 +68,6 @@ void GlMeshCache::sweep() {
         });
 }
 
-void GlMeshCache::clear() {
-    for (Entries& entries : entries_)
-        for (auto& [key, entry] : entries)
-            deleteLists(entry);
-    forget();
-}
-
 void GlMeshCache::forget() {
     for (Entries& entries : entries_)
         entries.clear();

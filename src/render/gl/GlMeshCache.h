@@ -31,9 +31,6 @@ class GlMeshCache {
     /// Deletes the lists of objects that are gone.
     void sweep();
 
-    /// Deletes all.
-    void clear();
-
     /// Forgets all without a call: the context is gone, and its lists with it.
     void forget();
 

@@ -11,9 +11,6 @@ namespace orvin {
 
 enum class GlTargetKind { kPbuffer, kWindow, kBitmap };
 
-/// "pbuffer", "window", "bitmap".
-const char* glTargetKindName(GlTargetKind kind);
-
 class GlTarget {
   public:
     GlTarget() = default;

@@ -93,14 +93,6 @@ void GlTextures::sweep() {
         cone.used = false;
 }
 
-void GlTextures::clear() {
-    for (const auto& [path, picture] : pictures_)
-        deleteName(picture.name);
-    for (const auto& [angles, cone] : cones_)
-        deleteName(cone.name);
-    forget();
-}
-
 void GlTextures::forget() {
     pictures_.clear();
     cones_.clear();

@@ -26,9 +26,6 @@ class GlTextures {
     /// Deletes the textures of pictures that are gone, and of cones that nobody asked for since.
     void sweep();
 
-    /// Deletes all.
-    void clear();
-
     /// Forgets all without a call: the context is gone, and its textures with it.
     void forget();
 

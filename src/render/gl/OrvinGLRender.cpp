@@ -14,7 +14,6 @@ namespace orvin {
 namespace {
 
 constexpr double kMaxSide = 32767.0;
-constexpr double kSceneDepth = 0.95;  // what is left is for what lies over the scene
 constexpr GLenum kContextLost = 0x0507;
 
 /// Runs a function at the end of the scope, however that is reached.
@@ -188,11 +187,14 @@ Result OrvinGLRender::renderFrame(SceneX& scene, const RenderParams& params,
         reset();
         return kFailure;
     }
-    const AtExit release([this] {
+    bool isDrawn = false;
+    const AtExit release([this, &isDrawn] {
+        if (!isDrawn) reset();  // half a frame leaves state and textures that no other expects
         if (target_) target_->release();
     });
     if (!isWithinReach(width, height)) return fail("a picture of that size is too large for it");
     draw(scene, *camera, params, options, width, height);
+    isDrawn = true;
     if (pollProgress(1, 2) != 0) return kFailure;
     if (readBack(picture, width, height) != kSuccess) return kFailure;
     if (params.blurOption != 0 && blurred(picture, params) != kSuccess) return kFailure;

@@ -25,6 +25,9 @@ namespace orvin {
 class CameraX;
 class SceneX;
 
+/// The depth range of scenes is 0 to this; what is left is for what lies over them.
+inline constexpr double kSceneDepth = 0.95;
+
 /// What a drawing over a finished scene works with. The context is current, the matrices of the
 /// view are loaded and the depth of the scene is in place.
 struct GlOverlay {
@@ -70,7 +73,8 @@ class OrvinGLRender {
     /// -1, with the reason in failure(), for a size below 1, without a camera, and where no target
     /// can be had or the one in use is lost; everything kept is then given back, and the next frame
     /// starts afresh. -1 and an empty failure() where the progress callback (toolkit/Progress.h)
-    /// stopped the frame. Throws std::bad_alloc where memory is short.
+    /// stopped the frame. Throws std::bad_alloc where memory is short, with everything kept given
+    /// back as well.
     Result renderFrame(SceneX& scene, const RenderParams& params, const GlFrameOptions& options,
                        ImageBuffer& picture);
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <new>
 #include <thread>
 
 #include "render/gl/OrvinGLRender.h"
@@ -347,10 +348,16 @@ TEST(GlFrame, MeshesAndTexturesLiveFromFrameToFrame) {
         sheet = &s.object(TestScene::rectangle(-1, -1, i % 2 == 0 ? 1 : 0.2, 1), "m");
         EXPECT_EQ(s.draw().at(29, 32)[3], i % 2 == 0 ? 255 : 0) << i;
     }
+    // A frame that breaks off leaves nothing, least of all textures without their pictures.
+    s.options.overlay = [](const GlOverlay&) { throw std::bad_alloc(); };
+    ImageBuffer none;
+    EXPECT_THROW(s.gl.renderFrame(s.scene, s.params, s.options, none), std::bad_alloc);
+    EXPECT_FALSE(s.gl.targetKind());
+    s.options.overlay = nullptr;
     // A thread of its own may draw the next frame.
     std::thread([&s] { EXPECT_EQ(s.draw().at(24, 32)[3], 255); }).join();
     EXPECT_EQ(s.draw().at(24, 32)[3], 255);
-    EXPECT_EQ(s.gl.meshesCompiled(), 22U);
+    EXPECT_EQ(s.gl.meshesCompiled(), 23U);
 }
 
 TEST(GlFrame, WhatCantBeDrawnSaysSo) {

@@ -60,27 +60,18 @@ TEST(FixedPipeline, SpotsWithoutTextures) {
     EXPECT_NEAR(spotExponent(90.0, 90.0), 0.0, 0.01);
 }
 
-TEST(FixedPipeline, LightsByType) {
+TEST(FixedPipeline, LightsWhereFramesDontTell) {
     TestScene s;
-    LightX& light = s.light(LightType::kAmbient, 0.5);
-    light.setColor({0.5F, 1.0F, 0.25F, 0.0F});
-    FixedLight fixed = fixedLight(light, false);
-    EXPECT_TRUE(fixed.isAmbient);
-    EXPECT_EQ(fixed.ambient, (Rgba{0.25F, 0.5F, 0.125F, 1.0F}));
-    EXPECT_EQ(fixed.diffuse, (Rgba{0.0F, 0.0F, 0.0F, 1.0F}));
-    light.setType(LightType::kDirectional);
-    fixed = fixedLight(light, false);
-    EXPECT_EQ(fixed.ambient, (Rgba{0.0F, 0.0F, 0.0F, 1.0F}));
-    EXPECT_EQ(fixed.diffuse, (Rgba{0.25F, 0.5F, 0.125F, 1.0F}));
-    EXPECT_EQ(fixed.position[3], 0.0F);
-    light.setType(LightType::kPoint);
-    EXPECT_EQ(fixedLight(light, true).position[3], 1.0F);
-    EXPECT_EQ(fixedLight(light, true).cutoff, 180.0F);
-    light.setType(LightType::kSpot);
+    LightX& light = s.light(LightType::kSpot, 0.5);
     light.setAngles(20.0, 90.0);
     EXPECT_NEAR(fixedLight(light, false).cutoff, 90.0F, 1e-4F);
     EXPECT_EQ(fixedLight(light, true).cutoff, 89.5F);
     EXPECT_EQ(fixedLight(light, true).exponent, 0.0F);
+    // A lamp that takes light away is none, but ambient light may.
+    light.setIntensity(-0.5);
+    EXPECT_EQ(fixedLight(light, false).diffuse, (Rgba{0.0F, 0.0F, 0.0F, 1.0F}));
+    light.setType(LightType::kAmbient);
+    EXPECT_EQ(fixedLight(light, false).ambient, (Rgba{-0.5F, -0.5F, -0.5F, 1.0F}));
 }
 
 TEST(FixedPipeline, MaterialsByFlags) {

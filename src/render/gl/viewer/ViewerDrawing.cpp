@@ -15,7 +15,6 @@ namespace orvin {
 
 namespace {
 
-constexpr double kSceneDepth = 0.95;
 constexpr float kOffShade = 0.35F;  // of the icon of a light that is off
 
 std::array<std::uint8_t, 3> bytesOf(const LineColor& color) {
