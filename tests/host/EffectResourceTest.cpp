@@ -56,32 +56,39 @@ TEST(EffectResource, IsWhatTheHostReads) {
     const auto bytes = effectResource();
     ASSERT_EQ(bytes.size(), 282U);
     EXPECT_EQ(bytes[0], 1);
-    auto p = properties(bytes);
+    const auto p = properties(bytes);
     ASSERT_EQ(p.size(), 12U);
 
-    const std::map<std::string, std::size_t> starts = {
-        {"kind", 10},  {"name", 30},  {"catg", 58},  {"8664", 86},  {"ePVR", 110}, {"eSVR", 130},
-        {"eVER", 150}, {"eINF", 170}, {"eGLO", 190}, {"eGL2", 210}, {"eMNA", 230}, {"aeFL", 262}};
-    for (const auto& [key, start] : starts)
-        EXPECT_EQ(p.at(key).start, start) << key;
-
-    EXPECT_EQ(p["kind"].data, "TKFe");  // 'eFKT', low byte first
-    EXPECT_EQ(p["name"].data, std::string("\x0A"
-                                          "3D Orvinex\0",
-                                          12));
-    EXPECT_EQ(p["catg"].data, std::string("\x08"
-                                          "Tarnwick\0\0\0",
-                                          12));
-    EXPECT_EQ(p["8664"].data, std::string("main\0\0\0\0", 8));
-    EXPECT_EQ(p["eMNA"].data, std::string("\x0C"
-                                          "TW_3DO_Devel\0\0\0",
-                                          16));
-    EXPECT_EQ(p["ePVR"].data, std::string("\x02\0\0\0", 4));
-    EXPECT_EQ(p["eSVR"].data, std::string("\x0D\0\0\0", 4));
-    EXPECT_EQ(p["eINF"].length, 2U);
-    EXPECT_EQ(p["eVER"].data, word(1048576));
-    EXPECT_EQ(p["eGLO"].data, word(67142709));
-    EXPECT_EQ(p["eGL2"].data, word(7));
+    const struct {
+        const char* key;
+        std::size_t start;
+        std::string data;
+    } rows[] = {{"kind", 10, "TKFe"},  // 'eFKT', low byte first
+                {"name", 30,
+                 std::string("\x0A"
+                             "3D Orvinex\0",
+                             12)},
+                {"catg", 58,
+                 std::string("\x08"
+                             "Tarnwick\0\0\0",
+                             12)},
+                {"8664", 86, std::string("main\0\0\0\0", 8)},
+                {"ePVR", 110, std::string("\x02\0\0\0", 4)},
+                {"eSVR", 130, std::string("\x0D\0\0\0", 4)},
+                {"eVER", 150, word(1048576)},
+                {"eGLO", 190, word(67142709)},
+                {"eGL2", 210, word(7)},
+                {"eMNA", 230,
+                 std::string("\x0C"
+                             "TW_3DO_Devel\0\0\0",
+                             16)}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(p.at(row.key).start, row.start) << row.key;
+        EXPECT_EQ(p.at(row.key).data, row.data) << row.key;
+    }
+    EXPECT_EQ(p.at("eINF").start, 170U);
+    EXPECT_EQ(p.at("eINF").length, 2U);
+    EXPECT_EQ(p.at("aeFL").start, 262U);
 }
 
 TEST(EffectResource, TheFileForTheResourceCompilerHoldsTheseBytes) {

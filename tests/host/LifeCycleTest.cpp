@@ -219,9 +219,7 @@ TEST_F(LifeCycle, FlatDataThatHoldsNoProjectBecomesANewScene) {
                  {"half a header", std::string("FLAT\x10\0", 6)},
                  {"a header alone", std::string("FLAT\x08\0\0\0", 8)},
                  {"noise", noise},
-                 {"an unknown version", std::string("FLAT\x40\0\0\0Version \"Some 9.9\"\n", 27)},
-                 {"cut in the settings", whole.substr(0, 200)},
-                 {"an open quote", whole.substr(0, 8) + "Version \"Orvinex"}};
+                 {"an unknown version", std::string("FLAT\x40\0\0\0Version \"Some 9.9\"\n", 27)}};
     for (const auto& c : cases) {
         PF_Handle sequence = host.handleOf(c.bytes);
         const PF_Handle before = sequence;
@@ -318,17 +316,12 @@ TEST_F(LifeCycle, AHostWithoutMemoryIsToldSo) {
     EXPECT_EQ(host.call(PF_Cmd_RENDER, sequence), 4);
 
     host.largestHandle = ~std::uint64_t{0};
-    const std::string saved =
-        (host.call(PF_Cmd_SEQUENCE_FLATTEN, sequence), host.bytesOf(sequence));
+    host.call(PF_Cmd_SEQUENCE_FLATTEN, sequence);
+    const std::string saved = host.bytesOf(sequence);
     setDown(sequence);
-    host.largestHandle = 10;
-    PF_Handle flat = nullptr;
-    {
-        host.largestHandle = ~std::uint64_t{0};
-        flat = host.handleOf(saved);
-        host.largestHandle = 10;
-    }
+    PF_Handle flat = host.handleOf(saved);
     PF_Handle kept = flat;
+    host.largestHandle = 10;
     EXPECT_EQ(host.call(PF_Cmd_SEQUENCE_RESETUP, flat), 4);
     EXPECT_EQ(flat, nullptr);
     EXPECT_EQ(host.bytesOf(kept), saved) << "the project must survive";

@@ -5,9 +5,9 @@
 #include "geometry/ObjectXStyle.h"
 #include "render/CameraX.h"
 #include "render/LightX.h"
+#include "scene/OrvinPreferences.h"
 #include "scene/RenderState.h"
-#include "setup/Project.h"
-#include "tests/setup/ProjectFixture.h"
+#include "setup/StartUp.h"
 #include "vector/edges/ProfileL.h"
 
 namespace orvin {
@@ -55,33 +55,6 @@ TEST(DefaultScene, ItsStyleHasABevelledEdge) {
     ASSERT_NE(edge->shape(0.5, 20.0, stamp), nullptr);
     EXPECT_GT(edge->bounds().xmax, 0.0);
     EXPECT_EQ(useLibraryEdge(*scene, 8), edge);
-    EXPECT_EQ(useLibraryEdge(*scene, 107), nullptr);
-}
-
-using DefaultProject = ProjectFixture;
-
-TEST_F(DefaultProject, KeepsItsEdgeByNumber) {
-    const auto file = folder / "edge.twp";
-    manager.startDefaultProject();
-    ASSERT_EQ(manager.saveProjectTo(file), kSuccess);
-    const std::string text = fileText(file);
-    const std::string block =
-        "begin ProfileL\n   name \"Bevel, Medium\"\n   libIdx 8\n   load\n  end ProfileL\n";
-    ASSERT_NE(text.find(block), std::string::npos);
-
-    Project project;
-    ASSERT_EQ(project.open(file), kSuccess) << project.failure();
-    auto* const edge =
-        project.mainScene().memberAs<ProfileL>(MemberKind::kProfile, "Bevel, Medium");
-    ASSERT_NE(edge, nullptr);
-    EXPECT_EQ(edge->inputProfile()->paths.size(), 1U);
-
-    // The file of a program with more edges: no such edge here.
-    std::string newer = text;
-    newer.replace(text.find("libIdx 8"), 8, "libIdx 107");
-    writeText(file, newer);
-    EXPECT_EQ(project.open(file), kFailure);
-    EXPECT_FALSE(project.failure().empty());
 }
 
 TEST(DefaultScene, LightsAgreeWithTheParametersDefaults) {
