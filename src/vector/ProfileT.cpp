@@ -7,11 +7,14 @@
 namespace orvin {
 namespace {
 
-std::size_t pointCount(const InputProfile2& outline) {
-    std::size_t count = 0;
-    for (const CompositeCurve2& path : outline.paths)
+// Points, and what takes memory without any: files may hold paths and curves that are empty.
+std::size_t partCount(const InputProfile2& outline) {
+    std::size_t count = outline.paths.size();
+    for (const CompositeCurve2& path : outline.paths) {
+        count += path.curves.size();
         for (const Curve2& curve : path.curves)
             count += curve.points().size();
+    }
     return count;
 }
 
@@ -159,11 +162,11 @@ InputProfile2* ProfileT::inputProfile() {
     prepare();
     if (!curvesBuilt_) {
         outline().clear();
-        std::size_t points = 0;
+        std::size_t parts = 0;
         for (const Letter& letter : letters_) {
             InputProfile2 curves = sizedOutline(letter.code);
-            points += pointCount(curves);
-            if (points > CompositeCurve2::kMostPoints) break;
+            parts += partCount(curves);
+            if (parts > CompositeCurve2::kMostPoints) break;
             curves.translate(letter.pen.x, letter.pen.y);
             std::move(curves.paths.begin(), curves.paths.end(),
                       std::back_inserter(outline().paths));

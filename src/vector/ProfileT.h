@@ -8,7 +8,7 @@
 //
 // Degenerate input: an empty text, and one of blanks, has an empty shape. Nothing holds back a pen
 // that negative spacing moves backwards. A text of more than CompositeCurve2::kMostPoints points
-// has no shape, and its curves end there.
+// has no shape; its curves end before there are more points, curves and paths together.
 #pragma once
 
 #include <cstddef>
