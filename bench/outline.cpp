@@ -1,14 +1,14 @@
 // From outlines to solids. The peers run in the same program on the same loops: GLU's tessellator
 // for faces, Clipper for the removal of overlaps.
-#include <GL/glu.h>
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
-#include <memory>
 #include <polyclipping/clipper.hpp>
 
+#include "bench/GluFaces.h"
 #include "bench/OutlineShapes.h"
-#include "geometry/ObjectX.h"
+#include "bench/Word.h"
 #include "geometry/outline/FacePeeler.h"
 #include "geometry/outline/LoopOffset.h"
 
@@ -68,54 +68,11 @@ void peel(benchmark::State& state, const std::vector<Loops>& shapes) {
     state.counters["polygons"] = static_cast<double>(polygons);
 }
 
-/// Triangles as indices, which is what a mesh is made from.
-struct GluFaces {
-    std::vector<std::size_t> corners;
-    std::vector<std::unique_ptr<double[]>> combined;
-
-    static void vertex(void* data, void* self) {
-        static_cast<GluFaces*>(self)->corners.push_back(reinterpret_cast<std::size_t>(data));
-    }
-    static void edgeFlag(GLboolean) {}  // asks for single triangles
-    static void combine(GLdouble* at, void**, GLfloat*, void** out, void* self) {
-        auto& list = static_cast<GluFaces*>(self)->combined;
-        list.push_back(std::make_unique<double[]>(3));
-        for (std::size_t i = 0; i < 3; ++i)
-            list.back()[i] = at[i];
-        *out = reinterpret_cast<void*>(std::size_t{1} << 40 | list.size());
-    }
-};
-
 void tessellate(benchmark::State& state, const std::vector<Loops>& shapes) {
-    GLUtesselator* const tess = gluNewTess();
-    using Callback = void (*)();
-    gluTessCallback(tess, GLU_TESS_VERTEX_DATA, reinterpret_cast<Callback>(&GluFaces::vertex));
-    gluTessCallback(tess, GLU_TESS_EDGE_FLAG, reinterpret_cast<Callback>(&GluFaces::edgeFlag));
-    gluTessCallback(tess, GLU_TESS_COMBINE_DATA, reinterpret_cast<Callback>(&GluFaces::combine));
-    gluTessNormal(tess, 0.0, 0.0, 1.0);
-    GluFaces faces;
-    std::vector<std::array<double, 3>> coordinates;
-    for (auto _ : state) {
-        for (const Loops& loops : shapes) {
-            faces.corners.clear();
-            faces.combined.clear();
-            coordinates.clear();
-            coordinates.reserve(benches::pointCount(loops));
-            gluTessBeginPolygon(tess, &faces);
-            for (const Loop& loop : loops) {
-                gluTessBeginContour(tess);
-                for (const Vec2 p : loop) {
-                    coordinates.push_back({p.x, p.y, 0.0});
-                    gluTessVertex(tess, coordinates.back().data(),
-                                  reinterpret_cast<void*>(coordinates.size()));
-                }
-                gluTessEndContour(tess);
-            }
-            gluTessEndPolygon(tess);
-            benchmark::DoNotOptimize(faces.corners.data());
-        }
-    }
-    gluDeleteTess(tess);
+    GluFaces glu;
+    for (auto _ : state)
+        for (const Loops& loops : shapes)
+            benchmark::DoNotOptimize(glu.fill(loops).data());
     setRate(state, "points/s", pointCount(shapes));
 }
 
@@ -153,12 +110,17 @@ BENCHMARK(FacesGrowthGlu)->Apply(growth);
 
 // ---- overlaps
 
-/// Letters that run into each other, as an outward offset makes them.
+/// Letters that run into each other, as an outward offset makes them: each place once.
 Loops crowdedText() {
     const QuietOutput quiet;
     Loops loops;
-    for (const Loop& loop : loopsOf(textShape("Twenty glyphs in line", kSans, 0.05)))
-        loops.push_back(offsetLoop(loop, 6.0, OffsetRepair::kNone));
+    for (const Loop& loop : loopsOf(textShape("Twenty glyphs in line", kSans, 0.05))) {
+        Loop moved = offsetLoop(loop, 6.0, OffsetRepair::kNone);
+        const auto same = [](Vec2 a, Vec2 b) { return length(a - b) < 0.01; };
+        moved.erase(std::unique(moved.begin(), moved.end(), same), moved.end());
+        if (same(moved.front(), moved.back())) moved.pop_back();
+        loops.push_back(std::move(moved));
+    }
     return loops;
 }
 
@@ -267,58 +229,10 @@ BENCHMARK(OffsetGrowthRepaired)
 
 // ---- solids
 
-class EdgeProfile final : public OutlineProfile {
-  public:
-    using OutlineProfile::OutlineProfile;
-    Result writeBody(SceneStream&) override { return kFailure; }
-    const CommandRegistry& commandRegistry() const override {
-        static const CommandRegistry none(1);
-        return none;
-    }
-    std::string_view className() const override { return "EdgeProfile"; }
-
-    void makeRound(double radius) {
-        const double h = radius * 0.5522847498;
-        const double r = radius;
-        outline().clear();
-        CompositeCurve2& path = outline().paths.emplace_back();
-        path.curves = {
-            Curve2(Curve2::Type::kBezier, {{0, 0}, {h, 0}, {r, r - h}, {r, r}}),
-            Curve2(Curve2::Type::kLinear, {{r, r}, {r, 100 - r}}),
-            Curve2(Curve2::Type::kBezier, {{r, 100 - r}, {r, 100 - r + h}, {h, 100}, {0, 100}})};
-        path.linkCurves();
-        touch();
-    }
-};
-
-/// A word of twenty letters with a round bevel on both sides.
-struct Word {
-    SceneX scene;
-    ProfileT& text = scene.make<ProfileT>("text");
-    EdgeProfile& edge = scene.make<EdgeProfile>("edge");
-    ObjectXStyle& style = scene.make<ObjectXStyle>("style");
-    ObjectX& object = scene.make<ObjectX>("object");
-
-    Word() {
-        text.setFont(kSans, -1);
-        text.setText("Extraordinarilybevel");
-        edge.makeRound(12.0);
-        style.setPerim("edge");
-        object.setFace("text");
-        object.setStyle("style");
-        object.setFlatRender(0.1);
-    }
-    int build() {
-        std::uint32_t revision = 0;
-        const Mesh3* const mesh = object.mesh(1, revision);
-        return mesh != nullptr ? mesh->vertexCount() : 0;
-    }
-};
-
 template <typename Change>
 void build(benchmark::State& state, Change&& change) {
     const QuietOutput quiet;
-    Word word;
+    Word word(kSans, "Extraordinarilybevel", 0.1);
     int vertices = word.build();
     for (auto _ : state) {
         change(word);

@@ -192,8 +192,9 @@ class OverlapRemoval {
     Heights reach(int i) const {
         const Vec2 a = shape_.at(i);
         const Vec2 b = shape_.at(prec(i).next);
-        // The line of an edge without direction counts as upright: what it meets may be anywhere.
-        if (!hasDirection(b - a)) return {-kInfinity, kInfinity};
+        // The line of a very short edge counts as upright: what it meets may be anywhere. One that
+        // is a point meets nothing, but may be pushed away itself.
+        if (!hasDirection(b - a) && !(a == b)) return {-kInfinity, kInfinity};
         // Lines that are nearly one meet where rounding has them meet: that grows with the
         // coordinates' rounding error and with the length of edges.
         const double margin = 2.0 * kTolerance + kCrossingSlack * largest_ * largest_;

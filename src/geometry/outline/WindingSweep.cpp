@@ -104,7 +104,10 @@ void WindingSweep::look(std::uint32_t asking, double x, double y, Sides& sides) 
         const bool same = std::abs(height - y) < kSame &&
                           std::abs(other.slope - self.slope) < kSame &&
                           std::abs(other.intercept - self.intercept) < kSame;
-        if (!same) (height > y ? sides.up : sides.down) += other.direction;
+        const int direction = same ? 0 : other.direction;
+        const bool above = height > y;
+        sides.up += above ? direction : 0;
+        sides.down += above ? 0 : direction;
         return true;
     });
 }
