@@ -252,10 +252,10 @@ bool FacePeeler::extractLoop(std::vector<int>& ids, int maxSides) {
     const int count = static_cast<int>(shape_.precs.size());
     int current = resume_;
     if (current < 0) {
-        current = 0;
-        while (current < count && prec(current).vertexID < 0)
-            ++current;
-        if (current >= count) return false;
+        while (firstLive_ < count && prec(firstLive_).vertexID < 0)
+            ++firstLive_;
+        if (firstLive_ >= count) return false;
+        current = firstLive_;
     }
     resume_ = -1;
     while (static_cast<int>(ids.size()) < maxSides) {

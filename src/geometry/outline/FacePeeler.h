@@ -77,6 +77,7 @@ class FacePeeler {
     PointGrid grid_;
     std::vector<int> previous_;  // the record before each record
     int resume_ = -1;            // where extractLoop stopped
+    int firstLive_ = 0;          // records before it are deleted
 
     // Records that a piece may grow from: neither deleted nor stuck. A bit each.
     std::vector<std::uint64_t> open_;
