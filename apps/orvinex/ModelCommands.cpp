@@ -48,6 +48,9 @@ int exportCommand(const apps::ParsedOptions& options) {
     const std::string output = outputOption(options);
     ExportOptions settings;
     settings.quality = qualityOption(options);
+    settings.lwob = options.has("--lwob");
+    if (settings.lwob && modelFormatOf(platform::pathFromText(output)) != ModelFileType::kLwo)
+        throw apps::UsageError("--lwob goes with a .lwo file");
     Project project;
     openProject(project, options.positional()[0]);
     if (options.has("--frames"))

@@ -91,6 +91,9 @@ std::vector<Command> commands(apps::ProgramOutput& output) {
            {"--quality", "preview|render", "how finely curves are divided (render)"},
            {"--frame", "N", "the frame that changing outlines show (0)"},
            {"--frames", "TOTAL", "all frames of changing outlines"},
+           {"--lwob", "",
+            "a .lwo file as LightWave 5 and before read it: no layers, no texture coordinates, at "
+            "most 65535 points (LWO2)"},
            kQuiet},
           {"orvinex export logo.twp -o logo.obj --object \"Gem\"",
            "orvinex export cycle.twp -o cycle.lwo --frames 30"}},

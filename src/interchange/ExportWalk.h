@@ -23,6 +23,7 @@ inline constexpr int kExportSections = 6;  // one for each material slot of a me
 struct ExportOptions {
     std::string_view lineEnd = "\n";  // of formats that are text
     int quality = 1;                  // of the meshes: 0 preview, 1 render
+    bool lwob = false;                // LightWave objects: the form of LightWave 5 and before
 };
 
 /// One object at one frame.

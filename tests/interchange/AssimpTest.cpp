@@ -85,7 +85,14 @@ std::vector<Triangle> trianglesOf(const aiScene& scene) {
     return triangles;
 }
 
-class AssimpReads : public ModelFiles, public testing::WithParamInterface<const char*> {
+struct WrittenCase {
+    const char* extension;
+    bool lwob;
+    std::size_t groups;  // what two objects of two materials come back as
+    bool hasColors;      // assimp shows none of DXF files, and OBJ files have none here
+};
+
+class AssimpReads : public ModelFiles, public testing::WithParamInterface<WrittenCase> {
   protected:
     /// A lid of triangles and sides of quads, textured, on two materials; stretched and turned.
     ObjectP& prism(std::string_view name, int sides, double mirror) {
@@ -127,19 +134,24 @@ TEST_P(AssimpReads, WhatIsWritten) {
         expected.push_back(t);
     expected = inOrder(std::move(expected));
 
-    const fs::path path = folder_ / (std::string("model") + GetParam());
-    ASSERT_EQ(exportModel(path, objects), kSuccess);
+    const fs::path path = folder_ / (std::string("model") + GetParam().extension);
+    ExportOptions options;
+    options.lwob = GetParam().lwob;
+    ASSERT_EQ(exportModel(path, objects, options), kSuccess);
+    EXPECT_EQ(contents(path).find("LWOB") != std::string::npos, GetParam().lwob);
 
     SceneX second;
     std::vector<ObjectP*> made;
     ASSERT_EQ(importModel(second, path, &made), kSuccess);
-    ASSERT_EQ(made.size(), 4U);
+    ASSERT_EQ(made.size(), GetParam().groups);
     std::vector<Triangle> ours;
     for (ObjectP* const object : made)
         for (const Triangle& t : trianglesOf(*object))
             ours.push_back(t);
     EXPECT_EQ(inOrder(std::move(ours)), expected);
 
+    // Version 5.2 of assimp can't place what has no layers: no such file comes in there.
+    if (GetParam().lwob) return;
     Assimp::Importer importer;
     const aiScene* const theirs = importer.ReadFile(path.string(), aiProcess_ValidateDataStructure);
     ASSERT_NE(theirs, nullptr) << importer.GetErrorString();
@@ -150,11 +162,16 @@ TEST_P(AssimpReads, WhatIsWritten) {
         if (theirs->mMaterials[i]->Get(AI_MATKEY_COLOR_DIFFUSE, color) == aiReturn_SUCCESS)
             hasRed = hasRed || color == aiColor3D(1.0F, 0.0F, 0.0F);
     }
-    // It shows no colours of DXF files, and OBJ files have none here.
-    EXPECT_EQ(hasRed, GetParam() == std::string_view(".lwo"));
+    EXPECT_EQ(hasRed, GetParam().hasColors);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, AssimpReads, testing::Values(".obj", ".dxf", ".lwo"));
+INSTANTIATE_TEST_SUITE_P(
+    Formats, AssimpReads,
+    testing::Values(WrittenCase{".obj", false, 4, false}, WrittenCase{".dxf", false, 4, false},
+                    WrittenCase{".lwo", false, 4, true}, WrittenCase{".lwo", true, 1, false}),
+    [](const auto& tested) {
+        return (tested.param.lwob ? "older_" : "") + std::string(tested.param.extension + 1);
+    });
 
 }  // namespace
 }  // namespace orvin

@@ -289,5 +289,105 @@ TEST_F(ModelFiles, LightWaveTakesLargeFacesAndManyPoints) {
     EXPECT_EQ(back.faceCount(), 10000 + 2 - 1);
 }
 
+TEST_F(ModelFiles, LwobHoldsAllSectionsInOneList) {
+    auto& flat = triangle("flat", {0, 2});
+    flat.setHardShadingAngle(-1.0, false);
+    flat.setMaterial(0, "plain");
+    flat.setMaterial(2, "clear\nglass");
+    auto& other = scene_.make<ObjectP>("other");
+    Mesh3 mesh;
+    for (const Vec3 p : {Vec3{1, 2, 3}, {4, 5, 6}, {7, 8, 9}})
+        mesh.addVertex(p);
+    mesh.addFace(ElementKind::kLine, 0, std::array<int, 3>{0, 1, 2});
+    mesh.addFace(ElementKind::kPointList, 1, std::array<int, 1>{1});
+    other.setMesh(std::move(mesh));
+    other.setHardShadingAngle(90.0, false);
+    other.setMaterial(0, "clear glass");  // one line, as the other one's name will be
+    other.setMaterial(1, "plain");
+    scene_.make<MaterialX>("plain").setDiffuse({0.0F, 0.5F, 1.0F, 1.0F});
+    auto& clear = scene_.make<MaterialX>("clear\nglass");
+    clear.setDiffuse({2.0F, -1.0F, 0.0F, 1.0F});
+    clear.setTransparency(0.3);
+    clear.setFlag(MaterialX::kTransparency, true);
+    scene_.make<MaterialX>("clear glass").setDiffuse({0.0F, 0.0F, 0.0F, 1.0F});
+    const fs::path path = folder_ / "older.lwo";
+    MeshObject* const objects[] = {&flat, &other};
+    ExportOptions options;
+    options.lwob = true;
+    ASSERT_EQ(exportModel(path, objects, options), kSuccess);
+
+    const std::vector<Vec3> corner{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    const auto color = [](std::string_view bytes) { return subChunk("COLR", std::string(bytes)); };
+    const std::string whole = subChunk("DIFF", u16(256));
+    EXPECT_EQ(contents(path),
+              form("LWOB",
+                   points({corner[0],
+                           corner[1],
+                           corner[2],
+                           corner[0],
+                           corner[1],
+                           corner[2],  //
+                           {1, 2, -3},
+                           {4, 5, -6},
+                           {7, 8, -9},
+                           {4, 5, -6}}) +
+                       chunk("SRFS", text("plain") + text("clear glass") + text("clear glass.1")) +
+                       chunk("POLS", u16(3) + u16(2) + u16(1) + u16(0) + u16(1) +      //
+                                         u16(3) + u16(5) + u16(4) + u16(3) + u16(2) +  //
+                                         u16(2) + u16(7) + u16(6) + u16(3) +           //
+                                         u16(2) + u16(8) + u16(7) + u16(3) +           //
+                                         u16(1) + u16(9) + u16(1)) +
+                       chunk("SURF", text("plain") + color({"\x00\x80\xFF\x00", 4}) +
+                                         subChunk("FLAG", u16(0)) + whole) +
+                       chunk("SURF", text("clear glass") + color({"\xFF\x00\x00\x00", 4}) +
+                                         subChunk("FLAG", u16(0)) + whole +
+                                         subChunk("TRAN", u16(77)) + subChunk("VTRN", f32(0.3))) +
+                       chunk("SURF", text("clear glass.1") + color({"\x00\x00\x00\x00", 4}) +
+                                         subChunk("FLAG", u16(4)) + whole +
+                                         subChunk("SMAN", f32(kPi / 2)))));
+
+    const ImportedGroups model = parsed(contents(path));
+    ASSERT_EQ(model.groups.size(), 1U);
+    EXPECT_EQ(model.faceCount(), 5U);
+    ASSERT_EQ(model.materials.size(), 3U);
+    EXPECT_EQ(model.materials[1].name, "clear glass");
+    EXPECT_NEAR(model.materials[1].transparency, 0.3, 1e-7);
+    EXPECT_EQ(model.materials[2].name, "clear glass.1");
+}
+
+TEST_F(ModelFiles, LwobNumbers65535Points) {
+    auto& last = triangle("last", {0});
+    auto& cloud = scene_.make<ObjectP>("cloud");
+    const auto setPoints = [&cloud](int count) {
+        Mesh3 mesh;
+        std::vector<int> all;
+        for (int i = 0; i < count; ++i)
+            all.push_back(mesh.addVertex({1.0 * i, 0, 5}));
+        mesh.addFace(ElementKind::kPointList, 1, all);
+        cloud.setMesh(std::move(mesh));
+    };
+    const fs::path path = file("full.lwo", "old");
+    MeshObject* const objects[] = {&cloud, &last};
+    ExportOptions options;
+    options.lwob = true;
+    setPoints(0xFFFF - 2);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(exportModel(path, objects, options), kFailure);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "write_lwo: more than 65535 points, the most that the older LightWave form (LWOB) "
+              "can number. Write fewer objects, or LWO2.\n");
+    EXPECT_EQ(contents(path), "old");
+    EXPECT_EQ(filesInFolder(), 1U);
+
+    setPoints(0xFFFF - 3);
+    ASSERT_EQ(exportModel(path, objects, options), kSuccess);
+    const ImportedGroups model = parsed(contents(path));
+    ASSERT_EQ(model.groups.size(), 1U);
+    const Mesh3& mesh = model.groups[0].mesh;
+    EXPECT_EQ(mesh.vertexCount(), 0xFFFF);
+    EXPECT_EQ(corners(mesh, mesh.faceCount() - 1),
+              (std::vector<Vec3>{{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}));
+}
+
 }  // namespace
 }  // namespace orvin

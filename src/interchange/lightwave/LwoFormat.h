@@ -20,15 +20,17 @@ inline constexpr std::uint32_t kPolygons = chunkId("POLS");
 inline constexpr std::uint32_t kSurface = chunkId("SURF");
 inline constexpr std::uint32_t kColor = chunkId("COLR");
 inline constexpr std::uint32_t kTransparency = chunkId("TRAN");
+inline constexpr std::uint32_t kSmoothing = chunkId("SMAN");  // an angle in radians
 
 // LWOB only.
 inline constexpr std::uint32_t kSurfaceNames = chunkId("SRFS");
 inline constexpr std::uint32_t kCurves = chunkId("CRVS");
 inline constexpr std::uint32_t kPatches = chunkId("PCHS");
 inline constexpr std::uint32_t kExactTransparency = chunkId("VTRN");
+inline constexpr std::uint32_t kFlags = chunkId("FLAG");
+inline constexpr std::uint32_t kDiffuse = chunkId("DIFF");
 
 // LWO2 only.
-inline constexpr std::uint32_t kSmoothing = chunkId("SMAN");  // of a surface: an angle
 inline constexpr std::uint32_t kTags = chunkId("TAGS");
 inline constexpr std::uint32_t kLayer = chunkId("LAYR");
 inline constexpr std::uint32_t kBounds = chunkId("BBOX");
