@@ -3,17 +3,13 @@
 
 #include <cmath>
 #include <cstddef>
-#include <cstdlib>
 
+#include "fuzz/Fuzzing.h"
 #include "geometry/SmoothNormals.h"
 #include "geometry/Tangents.h"
 #include "interchange/ImportedGroups.h"
 
 namespace orvin::fuzzing {
-
-inline void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 inline void requireFinite(std::span<const Vec3> list) {
     for (const Vec3 v : list)

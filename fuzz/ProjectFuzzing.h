@@ -2,23 +2,15 @@
 #pragma once
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/Fuzzing.h"
 #include "geometry/ModelHooks.h"
 #include "setup/StartUp.h"
 #include "toolkit/Questions.h"
 
 namespace orvin::fuzzing {
-
-class Silent : public HeadlessQuestions {
-    void showMessage(std::string_view, bool) override {}
-};
-
-inline void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 /// Every member class is known, nobody is told anything, and no model file is read or written,
 /// whatever a project names. Runs once.

@@ -2,10 +2,10 @@
 // edge, and written; the written text must read again and write the same.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/Fuzzing.h"
 #include "geometry/outline/CompositeCurve2.h"
 #include "scene/MemoryStream.h"
 #include "toolkit/Questions.h"
@@ -13,14 +13,8 @@
 namespace {
 
 using namespace orvin;
-
-class Silent final : public HeadlessQuestions {
-    void showMessage(std::string_view, bool) override {}
-};
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzzing::require;
+using fuzzing::Silent;
 
 std::string written(InputProfile2& profile) {
     MemoryStream stream(nullptr);

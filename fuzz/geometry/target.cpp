@@ -2,10 +2,10 @@
 // written text must read and write the same faces again.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/Fuzzing.h"
 #include "geometry/GeometryClasses.h"
 #include "geometry/GeometryCmd.h"
 #include "geometry/ObjectP.h"
@@ -16,14 +16,8 @@
 namespace {
 
 using namespace orvin;
-
-class Silent final : public HeadlessQuestions {
-    void showMessage(std::string_view, bool) override {}
-};
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzzing::require;
+using fuzzing::Silent;
 
 std::string written(Mesh3& mesh) {
     GeometryCmd block(mesh);

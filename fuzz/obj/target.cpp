@@ -3,10 +3,10 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
+#include "fuzz/Fuzzing.h"
 #include "geometry/SmoothNormals.h"
 #include "geometry/Tangents.h"
 #include "interchange/ObjReader.h"
@@ -14,10 +14,7 @@
 namespace {
 
 using namespace orvin;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzzing::require;
 
 void requireFinite(std::span<const Vec3> list) {
     for (const Vec3 v : list)

@@ -4,15 +4,16 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 
+#include "fuzz/Fuzzing.h"
 #include "geometry/ObjectX.h"
 #include "scene/SceneX.h"
 
 namespace {
 
 using namespace orvin;
+using fuzzing::require;
 
 class RawProfile final : public OutlineProfile {
   public:
@@ -49,10 +50,6 @@ class Bytes {
     std::size_t size_;
     std::size_t at_ = 0;
 };
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 }  // namespace
 

@@ -2,13 +2,15 @@
 // re-setup from that, set-down. The bytes are what stands behind the tag.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 #include "../../tests/host/FakeHost.h"
+#include "fuzz/Fuzzing.h"
 #include "toolkit/Questions.h"
 
 namespace {
+
+using orvin::fuzzing::require;
 
 class Silent final : public orvin::HeadlessQuestions {
   public:
@@ -20,10 +22,6 @@ class Silent final : public orvin::HeadlessQuestions {
         return std::nullopt;
     }
 };
-
-void require(bool good) {
-    if (!good) std::abort();
-}
 
 }  // namespace
 

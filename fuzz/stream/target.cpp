@@ -2,11 +2,11 @@
 // it; what was loaded is swept, written, and must load and write the same again.
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
 #include <new>
 #include <string>
 #include <vector>
 
+#include "fuzz/Fuzzing.h"
 #include "scene/FileStream.h"
 #include "scene/HandleStream.h"
 #include "scene/MemoryStream.h"
@@ -17,14 +17,8 @@
 namespace {
 
 using namespace orvin;
-
-class Silent : public HeadlessQuestions {
-    void showMessage(std::string_view, bool) override {}
-};
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzzing::require;
+using fuzzing::Silent;
 
 void load(SceneStream& stream, SceneX& scene) {
     try {

@@ -2,17 +2,14 @@
 // do. The seeds are fonts of tests/vector/TinyTrueType.h.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 
+#include "fuzz/Fuzzing.h"
 #include "vector/font/TrueTypeReader.h"
 
 namespace {
 
 using namespace orvin;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzzing::require;
 
 }  // namespace
 

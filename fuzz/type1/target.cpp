@@ -3,18 +3,15 @@
 // tests/vector/TinyType1.h.
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
+#include "fuzz/Fuzzing.h"
 #include "tests/vector/TinyType1.h"
 
 namespace {
 
 using namespace orvin;
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
+using fuzzing::require;
 
 void tryFont(const std::string& bytes) {
     const FontFile font = test::parsedType1(bytes);
