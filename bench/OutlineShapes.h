@@ -1,9 +1,6 @@
 // Outlines for the benches of the outline kernel: letters of a font, and shapes that grow.
 #pragma once
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cmath>
 #include <cstdio>
 #include <random>
@@ -11,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/QuietOutput.h"
 #include "geometry/outline/OutlinePreparation.h"
 #include "scene/SceneX.h"
 #include "vector/ProfileT.h"
@@ -21,27 +19,6 @@ using Loop = std::vector<Vec2>;
 using Loops = std::vector<Loop>;
 
 inline constexpr const char* kSans = "/usr/share/fonts/truetype/dejavu/DejaVuSans.ttf";
-
-/// What the geometry kernels print goes nowhere for a while.
-class QuietOutput {
-  public:
-    QuietOutput() {
-        std::fflush(stdout);
-        const int nowhere = open("/dev/null", O_WRONLY);
-        dup2(nowhere, STDOUT_FILENO);
-        close(nowhere);
-    }
-    ~QuietOutput() {
-        std::fflush(stdout);
-        dup2(kept_, STDOUT_FILENO);
-        close(kept_);
-    }
-    QuietOutput(const QuietOutput&) = delete;
-    QuietOutput& operator=(const QuietOutput&) = delete;
-
-  private:
-    int kept_ = dup(STDOUT_FILENO);
-};
 
 /// The oriented loops of a text as an object of render quality has them; empty without the font.
 inline PolyShape2 textShape(std::string_view text, const char* font = kSans,

@@ -3,14 +3,12 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cstdio>
 #include <fstream>
 #include <iterator>
 #include <string>
 
+#include "bench/QuietOutput.h"
 #include "geometry/ObjectX.h"
 #include "setup/DefaultScene.h"
 #include "setup/StartUp.h"
@@ -128,28 +126,6 @@ void LayoutCurves(benchmark::State& state) {
 }
 BENCHMARK(LayoutCurves)->Arg(4000)->Unit(benchmark::kMillisecond);
 
-/// What the geometry kernels print goes nowhere for a while; the benchmarks' table goes the same
-/// way out.
-class QuietOutput {
-  public:
-    QuietOutput() {
-        std::fflush(stdout);
-        const int nowhere = open("/dev/null", O_WRONLY);
-        dup2(nowhere, STDOUT_FILENO);
-        close(nowhere);
-    }
-    ~QuietOutput() {
-        std::fflush(stdout);
-        dup2(kept_, STDOUT_FILENO);
-        close(kept_);
-    }
-    QuietOutput(const QuietOutput&) = delete;
-    QuietOutput& operator=(const QuietOutput&) = delete;
-
-  private:
-    int kept_ = dup(STDOUT_FILENO);
-};
-
 // From the string to the render-quality mesh of a page of 500 visible letters: limited by what the
 // solid itself costs (faces and sweep).
 void PageOfText(benchmark::State& state) {
@@ -162,7 +138,7 @@ void PageOfText(benchmark::State& state) {
     object.setStyle(scene->members(MemberKind::kStyle).front()->name());
     const std::string words = page(static_cast<std::size_t>(state.range(0)), 40);
     double vertices = 0;
-    const QuietOutput quiet;
+    const benches::QuietOutput quiet;
     for (auto _ : state) {
         text.setText(words);
         std::uint32_t revision = 0;

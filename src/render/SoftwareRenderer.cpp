@@ -16,6 +16,7 @@
 #include "render/VisibilityBuffer.h"
 #include "render/shadow/ShadowPass.h"
 #include "scene/SceneX.h"
+#include "toolkit/AtExit.h"
 #include "toolkit/Progress.h"
 
 namespace orvin {
@@ -23,19 +24,6 @@ namespace orvin {
 namespace {
 
 constexpr double kMaxSide = 32767.0;
-
-/// Runs a function at the end of the scope, however that is reached.
-template <typename Leave>
-class AtExit {
-  public:
-    explicit AtExit(Leave leave) : leave_(std::move(leave)) {}
-    ~AtExit() { leave_(); }
-    AtExit(const AtExit&) = delete;
-    AtExit& operator=(const AtExit&) = delete;
-
-  private:
-    Leave leave_;
-};
 
 /// The work of a frame in pixels, as the progress callback hears of it.
 class PixelProgress {

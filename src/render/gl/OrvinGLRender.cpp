@@ -2,11 +2,13 @@
 
 #include <utility>
 
+#include "geometry/ShownBounds.h"
 #include "render/Blur.h"
 #include "render/CameraX.h"
 #include "render/gl/GlApi.h"
 #include "render/gl/ScenePasses.h"
 #include "scene/SceneX.h"
+#include "toolkit/AtExit.h"
 #include "toolkit/Progress.h"
 
 namespace orvin {
@@ -15,31 +17,6 @@ namespace {
 
 constexpr double kMaxSide = 32767.0;
 constexpr GLenum kContextLost = 0x0507;
-
-/// Runs a function at the end of the scope, however that is reached.
-template <typename Leave>
-class AtExit {
-  public:
-    explicit AtExit(Leave leave) : leave_(std::move(leave)) {}
-    ~AtExit() { leave_(); }
-    AtExit(const AtExit&) = delete;
-    AtExit& operator=(const AtExit&) = delete;
-
-  private:
-    Leave leave_;
-};
-
-// Brings the meshes up to date on the way: a box of another quality's mesh would cost a rebuild.
-Box3 shownBounds(SceneX& scene, int quality) {
-    Box3 bounds;
-    for (SceneMember* member : scene.members(MemberKind::kObject)) {
-        auto* object = dynamic_cast<MeshObject*>(member);
-        std::uint32_t revision = 0;
-        if (object != nullptr && object->isEnabled() && object->mesh(quality, revision) != nullptr)
-            bounds.merge(object->worldBounds());
-    }
-    return bounds;
-}
 
 void setMatrices(const GlView& view) {
     glMatrixMode(GL_PROJECTION);

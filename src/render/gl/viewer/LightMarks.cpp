@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "geometry/MeshObject.h"
+#include "geometry/ShownBounds.h"
 #include "render/LightX.h"
 #include "scene/SceneX.h"
 
@@ -25,13 +25,7 @@ Matrix4 withoutScale(const Matrix4& world) {
 }  // namespace
 
 Box3 furnitureBounds(SceneX& scene, int quality) {
-    Box3 bounds;
-    for (SceneMember* member : scene.members(MemberKind::kObject)) {
-        auto* object = dynamic_cast<MeshObject*>(member);
-        std::uint32_t revision = 0;
-        if (object != nullptr && object->isEnabled() && object->mesh(quality, revision) != nullptr)
-            bounds.merge(object->worldBounds());
-    }
+    Box3 bounds = shownBounds(scene, quality);
     const bool isSmall = bounds.empty() || length(bounds.size()) < 2.0 * kLeastHalf;
     if (isSmall) {
         bounds.add({-kLeastHalf, -kLeastHalf, -kLeastHalf});
