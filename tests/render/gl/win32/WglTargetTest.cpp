@@ -35,8 +35,19 @@ struct WglScene : TestScene {
     GlFrameOptions options;
 };
 
+// Windows of this process alone: other tests run beside this one on the same desktop.
+HWND ownWindow(const char* className, const char* title) {
+    for (HWND window = nullptr;
+         (window = FindWindowExA(nullptr, window, className, title)) != nullptr;) {
+        DWORD process = 0;
+        GetWindowThreadProcessId(window, &process);
+        if (process == GetCurrentProcessId()) return window;
+    }
+    return nullptr;
+}
+
 HWND renderWindow() {
-    return FindWindowA(nullptr, "3D Orvinex OpenGL Render Buffer - Please Wait");
+    return ownWindow(nullptr, "3D Orvinex OpenGL Render Buffer - Please Wait");
 }
 
 TEST(WglTarget, PbuffersComeFirstAndKeepTheirContext) {
@@ -44,7 +55,7 @@ TEST(WglTarget, PbuffersComeFirstAndKeepTheirContext) {
     s.expectSquare();
     EXPECT_EQ(s.gl.targetKind(), GlTargetKind::kPbuffer);
     EXPECT_EQ(renderWindow(), nullptr);
-    EXPECT_EQ(FindWindowA("Orvin Invisible", nullptr), nullptr);  // the query's window is gone
+    EXPECT_EQ(ownWindow("Orvin Invisible", nullptr), nullptr);  // the query's window is gone
     s.params.width = 300;
     s.params.height = 200;
     s.expectSquare();
