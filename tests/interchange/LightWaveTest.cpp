@@ -81,6 +81,9 @@ TEST(Lwo2Reader, LayersTagsAndTextures) {
                     chunk("PTAG", "SURF" + u16(0) + u16(1) + u16(1) + u16(0)) +
                     chunk("PTAG", "PART" + u16(0) + u16(0)) +
                     chunk("VMAD", map + u16(2) + u16(1) + f32(0.5) + f32(0.25)) +
+                    // Tags of no polygons are nobody else's.
+                    chunk("PTAG", "SURF") + chunk("POLS", "FACE") + chunk("POLS", "FACE") +
+                    chunk("PTAG", "SURF" + u16(0) + u16(0)) +
                     chunk("LAYR", u16(1) + u16(0) + f32(0) + f32(0) + f32(0) + text("Empty")) +
                     chunk("LAYR", u16(2) + u16(0) + f32(0) + f32(0) + f32(0) + text("")) + kSquare +
                     chunk("POLS", "FACE" + u16(4) + u16(0) + u16(1) + u16(2) + u16(3)) +

@@ -58,7 +58,7 @@ class Lwo2Reader {
             case kPolygons:
             case kPolygonTags:
             case kDiscontinuousMap:
-                pending_.push_back(chunk);
+                remember(chunk);
                 return kSuccess;
             case kSurface:
                 surface(chunk.body);
@@ -68,14 +68,16 @@ class Lwo2Reader {
         }
     }
 
-    /// Keeps a chunk until all are there. Empty ones don't count, except that what follows empty
-    /// polygons is theirs.
+    /// Keeps a chunk until all are there. Empty ones say nothing and would outweigh the file,
+    /// except that what follows empty polygons is theirs.
     void remember(const IffChunk& chunk) {
         constexpr std::size_t kType = 4;
         const auto isEmpty = [](const IffChunk& c) { return c.body.size() <= kType; };
-        if (chunk.id != kPolygons && isEmpty(chunk)) return;
-        if (!pending_.empty() && pending_.back().id == kPolygons && isEmpty(pending_.back()))
-            pending_.pop_back();
+        if (isEmpty(chunk)) {
+            if (chunk.id != kPolygons) return;
+            if (!pending_.empty() && pending_.back().id == kPolygons && isEmpty(pending_.back()))
+                return;
+        }
         pending_.push_back(chunk);
     }
 
