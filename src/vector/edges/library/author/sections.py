@@ -329,19 +329,21 @@ def thrashed(points):
     return pen.to(0, 100)
 
 
-section("Thrashed", thrashed(79))
+section("Thrashed", thrashed(84))
 
 
 def threads(count, depth):
-    """A screw: flat crests and roots, chamfered at both ends."""
+    """A screw: sharp crests, narrow roots, chamfered at both ends."""
     pen = Pen().to(3, 3)
-    pitch = 94.0 / count
-    for _ in range(count):
-        pen.by(depth, 0.28 * pitch, 0, 0.24 * pitch, -depth, 0.28 * pitch, 0, 0.2 * pitch)
+    pitch = 94.0 / (count - 0.16)
+    for i in range(count):
+        pen.by(depth, 0.42 * pitch, -depth, 0.42 * pitch)
+        if i + 1 < count:
+            pen.by(0, 0.16 * pitch)
     return pen.to(0, 100)
 
 
-section("Threads", threads(10, 6))
+section("Threads", threads(12, 7))
 
 
 # ---- Tiers, tongues, curves
