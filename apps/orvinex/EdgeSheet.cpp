@@ -175,11 +175,10 @@ class LetterScene {
 };
 
 /// The paths of an edge, finely divided, in its own units.
-std::vector<Polyline> sectionLines(const Profile& edge, const InputProfile2& curves) {
+std::vector<Polyline> sectionLines(const InputProfile2& curves) {
     Mesh2 shape;
-    if (curves.emitAll(kFlatness, kHardAngle, shape) != kSuccess || shape.faceCount() == 0)
-        throw apps::Failure("edge '" + edge.name() + "' has no shape");
     std::vector<Polyline> lines;
+    if (curves.emitAll(kFlatness, kHardAngle, shape) != kSuccess) return lines;
     for (int f = 0; f < shape.faceCount(); ++f) {
         Polyline& line = lines.emplace_back();
         for (const int v : shape.face(f).vertices)
@@ -190,7 +189,7 @@ std::vector<Polyline> sectionLines(const Profile& edge, const InputProfile2& cur
 
 /// The front face above, the back one below, the solid to the left.
 void drawSection(apps::Picture& sheet, Profile& edge, double left, double top, double side) {
-    std::vector<Polyline> lines = sectionLines(edge, *edge.inputProfile());
+    std::vector<Polyline> lines = sectionLines(*edge.inputProfile());
     Vec2 low{0.0, 0.0};
     Vec2 high{100.0, 100.0};
     for (const Polyline& line : lines)
@@ -212,10 +211,12 @@ void drawSection(apps::Picture& sheet, Profile& edge, double left, double top, d
                               {place({outside, 100.0}), place({0.0, 100.0})}};
     const Polyline box[] = {{place({0.0, 0.0}), place({100.0, 0.0}), place({100.0, 100.0}),
                              place({0.0, 100.0}), place({0.0, 0.0})}};
-    Polyline solid = lines.front();
-    solid.push_back(faces[1][0]);
-    solid.push_back(faces[0][0]);
-    apps::fillPolygon(sheet, solid, kSolid);
+    const double inside = faces[0][0].x;
+    for (Polyline solid : lines) {
+        if (solid.empty()) continue;
+        solid.insert(solid.end(), {{inside, solid.back().y}, {inside, solid.front().y}});
+        apps::fillPolygon(sheet, solid, kSolid);
+    }
     apps::drawLines(sheet, box, side * 0.006, kBox);
     apps::drawLines(sheet, faces, side * 0.012, kFaces);
     apps::drawLines(sheet, lines, side * 0.016, kInk);
@@ -248,7 +249,9 @@ apps::Picture drawEdgeSheet(std::span<const SheetEdge> edges, const SheetLayout&
         apps::drawText(sheet, entry.caption, {left + gap * 0.5, top + caption * 0.75},
                        captionHeight, kInk);
         drawSection(sheet, *entry.edge, left, top + caption + (letter - section) / 2.0, section);
-        apps::placePicture(sheet, scene.render(*entry.edge, letter), left + section, top + caption);
+        if (entry.makesSolids)
+            apps::placePicture(sheet, scene.render(*entry.edge, letter), left + section,
+                               top + caption);
         progress((i + 1.0) / count);
     }
     return sheet;

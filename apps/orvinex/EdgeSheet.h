@@ -16,6 +16,7 @@ namespace orvin::orvinex {
 struct SheetEdge {
     Profile* edge = nullptr;
     std::string caption;
+    bool makesSolids = true;  // else its letter is left out
 };
 
 struct SheetLayout {
@@ -24,7 +25,7 @@ struct SheetLayout {
 };
 
 /// One cell per edge, row by row, in the order given. `progress` hears the part done. Throws
-/// Failure where an edge has no shape to draw, or a sheet would be larger than a picture can be.
+/// Failure where a sheet would be larger than a picture can be.
 apps::Picture drawEdgeSheet(std::span<const SheetEdge> edges, const SheetLayout& layout,
                             const std::function<void(double)>& progress);
 

@@ -24,6 +24,7 @@ struct ListedEdge {
     std::string shown;
     std::string category;
     ProfileI* edge;
+    bool makesSolids;
 };
 
 std::vector<ListedEdge> libraryEdges() {
@@ -36,7 +37,7 @@ std::vector<ListedEdge> libraryEdges() {
             {i, name, std::string(shownEdgeName(name)),
              category < 0 ? std::string()
                           : std::string(edgeCategories()[static_cast<std::size_t>(category)].name),
-             edgeAt(i)});
+             edgeAt(i), true});
     }
     return edges;
 }
@@ -48,7 +49,8 @@ std::vector<ListedEdge> customEdges(CustomEdges& custom, const std::filesystem::
     std::vector<ListedEdge> edges;
     for (int i = 0; i < custom.count(); ++i) {
         const std::string& name = custom.edge(i)->name();
-        edges.push_back({i, name, name, "Custom Edges", custom.edge(i)});
+        edges.push_back(
+            {i, name, name, "Custom Edges", custom.edge(i), makesSolids(*custom.edge(i))});
     }
     return edges;
 }
@@ -89,7 +91,8 @@ std::string listText(const std::vector<ListedEdge>& edges) {
 void writeSheet(const std::vector<ListedEdge>& listed, const apps::ParsedOptions& options) {
     std::vector<SheetEdge> edges;
     for (const ListedEdge& edge : listed)
-        edges.push_back({edge.edge, std::to_string(edge.index) + "  " + edge.shown});
+        edges.push_back(
+            {edge.edge, std::to_string(edge.index) + "  " + edge.shown, edge.makesSolids});
     if (edges.empty()) throw apps::Failure("there are no edges to draw");
     SheetLayout layout;
     if (edges.size() == 1) layout.letterSide = kSingleSide;

@@ -37,6 +37,9 @@ std::string edgeMember(SceneX& scene, const std::string& name) {
     ProfileI* const edge = custom.find(name);
     if (edge == nullptr)
         throw apps::Failure("no edge is named '" + name + "'; 'orvinex edges' lists them");
+    if (!makesSolids(*edge))
+        throw apps::Failure("no solid comes of the custom edge '" + name +
+                            "': it has a straight path, or none");
     ImportPolicy asWell;
     return scene.importMember(*edge, asWell, false)->name();
 }

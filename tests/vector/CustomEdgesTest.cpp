@@ -60,6 +60,18 @@ TEST_F(CustomEdgesTest, LayersOfAllFilesInOrderOfTheirNames) {
     EXPECT_EQ(edges.edge(-1), nullptr);
 }
 
+TEST_F(CustomEdgesTest, WhatMakesNoSolidsIsListedAllTheSame) {
+    const std::string straight = "0 0 m\n0 100 L\n";
+    write("a.ai", art(layer("Notch", kUp) + layer("Guides", "") + layer("Flat", straight) +
+                      layer("Two", kUp + std::string("S\n") + kUp) +
+                      layer("Notch and Flat", kUp + ("S\n" + straight))));
+    edges.reload(folder.path());
+    const bool makeSolids[] = {true, false, false, true, false};
+    ASSERT_EQ(edges.count(), 5);
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(makesSolids(*edges.edge(i)), makeSolids[i]) << edges.edge(i)->name();
+}
+
 TEST_F(CustomEdgesTest, ReloadForgetsWhatIsGone) {
     write("one.ai", art(layer("One", kUp)));
     edges.reload(folder.path());

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <vector>
 
+#include "geometry/MeshObject.h"
 #include "toolkit/platform/Platform.h"
 #include "vector/illustrator/AIParser.h"
 #include "vector/illustrator/ProfileI.h"
@@ -16,6 +17,7 @@ namespace {
 
 constexpr const char* kFolder = "Custom Edges";
 constexpr const char* kSceneName = "UserEdgeStyles";
+constexpr double kFlatness = 0.5;  // as fine as solids are rendered
 
 std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) {
     std::vector<std::filesystem::path> files;
@@ -30,6 +32,13 @@ std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) 
 }
 
 }  // namespace
+
+bool makesSolids(ProfileI& edge) {
+    std::uint32_t stamp = 0;
+    const Mesh2* const shape = edge.shape(kFlatness, defaultHardShadingAngle(), stamp);
+    return shape != nullptr &&
+           static_cast<std::size_t>(shape->faceCount()) == edge.inputProfile()->paths.size();
+}
 
 std::filesystem::path customEdgesFolder() {
     return platform::moduleFolder() / kFolder;

@@ -3,7 +3,7 @@
 //
 // An edge is drawn in a box of 100 by 100: from (0, 0), the front face, to (0, 100), the back one,
 // x standing out. It may run either way, and ends that nearly lie on the faces are put there.
-// Drawn straight, an edge has no shape (ProfileI); without paths, neither.
+// Drawn straight, an edge has no shape (ProfileI); without paths, neither: makesSolids() tells.
 #pragma once
 
 #include <filesystem>
@@ -15,6 +15,9 @@
 namespace orvin {
 
 class ProfileI;
+
+/// Whether solids can have it as their edge: it has paths, and each has a shape.
+bool makesSolids(ProfileI& edge);
 
 /// The folder beside the module.
 std::filesystem::path customEdgesFolder();
