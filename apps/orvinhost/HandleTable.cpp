@@ -252,10 +252,4 @@ void HandleTable::checkAtEnd() {
     }
 }
 
-std::size_t HandleTable::aliveCount() const {
-    const std::lock_guard<std::mutex> guard(mutex_);
-    return static_cast<std::size_t>(std::count_if(
-        blocks_.begin(), blocks_.end(), [](const auto& entry) { return !entry.second->disposed; }));
-}
-
 }  // namespace orvin::stand_in

@@ -56,7 +56,6 @@ class HandleTable {
     /// End of the run: reports and frees what is left.
     void checkAtEnd();
 
-    std::size_t aliveCount() const;
     int requests() const { return requests_; }
     std::uint64_t peakBytes() const { return peak_; }
 

@@ -30,7 +30,6 @@ class ShadowLookup {
 
   protected:
     explicit ShadowLookup(const ShadowFrame& frame) : frame_(frame) {}
-    void setFrame(const ShadowFrame& frame) { frame_ = frame; }
 
   private:
     ShadowFrame frame_;

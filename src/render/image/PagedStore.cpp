@@ -21,10 +21,9 @@ constexpr int tilesFor(int pixels) {
 PagedStore::PagedStore(int width, int height, std::size_t pixelBytes, std::size_t maxTiles,
                        File file)
     : tilesAcross_(tilesFor(width)),
-      tilesDown_(tilesFor(height)),
       tileBytes_(kTilePixels * pixelBytes),
       maxTiles_(std::clamp<std::size_t>(maxTiles, 1, INT32_MAX)),
-      tiles_(static_cast<std::size_t>(tilesAcross_) * static_cast<std::size_t>(tilesDown_)),
+      tiles_(static_cast<std::size_t>(tilesAcross_) * static_cast<std::size_t>(tilesFor(height))),
       file_(std::move(file)) {
     if (!file_) throw kImageBufferFailed;
     // Tiles are moved whole, so a buffer of stdio's would only copy them once more.

@@ -30,10 +30,6 @@ class PagedStore {
     /// that one then stays in memory, nothing is lost.
     std::uint8_t* tile(int column, int row, bool forWriting);
 
-    int tilesAcross() const { return tilesAcross_; }
-    int tilesDown() const { return tilesDown_; }
-    std::size_t tileBytes() const { return tileBytes_; }
-
   private:
     static constexpr std::int32_t kNotResident = -1;
 
@@ -47,7 +43,6 @@ class PagedStore {
     bool moveTile(std::size_t index, std::uint8_t* bytes, bool toFile);
 
     int tilesAcross_;
-    int tilesDown_;
     std::size_t tileBytes_;
     std::size_t maxTiles_;
     std::vector<Tile> tiles_;
