@@ -1,7 +1,9 @@
 #include "toolkit/Questions.h"
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
+#include <string>
 
 namespace orvin {
 
@@ -12,9 +14,12 @@ std::atomic<Questions*>& current() {
     return answerer;
 }
 
+// Lines of a message end in CR, which on a terminal would write one over the other.
 void say(std::string_view text) {
-    std::fwrite(text.data(), 1, text.size(), stderr);
-    std::fputc('\n', stderr);
+    std::string lines(text);
+    std::replace(lines.begin(), lines.end(), '\r', '\n');
+    lines.resize(lines.find_last_not_of('\n') + 1);
+    std::fprintf(stderr, "%s\n", lines.c_str());
 }
 
 }  // namespace

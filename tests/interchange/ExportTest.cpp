@@ -30,6 +30,11 @@ TEST_F(ModelFiles, ExtensionTellsTheFormat) {
     EXPECT_EQ(questions_.messages,
               "Unable to open file with extension: .blend\r\rBe sure to select the correct file "
               "type\rin the import dialog.\r");
+    testing::internal::CaptureStderr();
+    HeadlessQuestions().showMessage(questions_.messages, false);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "Unable to open file with extension: .blend\n\nBe sure to select the correct file "
+              "type\nin the import dialog.\n");
     questions_.answer = "models/knot.OBJ";
     EXPECT_EQ(chooseImportFile(path, format), kSuccess);
     EXPECT_EQ(format, ModelFileType::kObj);
