@@ -29,58 +29,21 @@ constexpr Word kPairs[] = {
     {"XX", AICode::kRgbStroke},
 };
 
+/// Each letter of a text by itself.
+constexpr Word kLetters[] = {
+    {"m", AICode::kMove},         {"lL", AICode::kLine},       {"cC", AICode::kCurve},
+    {"vV", AICode::kCurveToV},    {"yY", AICode::kCurveToY},   {"s", AICode::kCloseStroke},
+    {"S", AICode::kStroke},       {"fb", AICode::kCloseFill},  {"FB", AICode::kFill},
+    {"n", AICode::kCloseNoPaint}, {"N*", AICode::kNoPaint},    {"u", AICode::kGroupBegin},
+    {"U", AICode::kGroupEnd},     {"g", AICode::kGrayFill},    {"G", AICode::kGrayStroke},
+    {"kx", AICode::kCmykFill},    {"KX", AICode::kCmykStroke}, {"q", AICode::kClipBegin},
+    {"Q", AICode::kClipEnd},
+};
+
 AICode codeOfLetter(char letter) {
-    switch (letter) {
-        case 'm':
-            return AICode::kMove;
-        case 'l':
-        case 'L':
-            return AICode::kLine;
-        case 'c':
-        case 'C':
-            return AICode::kCurve;
-        case 'v':
-        case 'V':
-            return AICode::kCurveToV;
-        case 'y':
-        case 'Y':
-            return AICode::kCurveToY;
-        case 's':
-            return AICode::kCloseStroke;
-        case 'S':
-            return AICode::kStroke;
-        case 'f':
-        case 'b':
-            return AICode::kCloseFill;
-        case 'F':
-        case 'B':
-            return AICode::kFill;
-        case 'n':
-            return AICode::kCloseNoPaint;
-        case 'N':
-        case '*':
-            return AICode::kNoPaint;
-        case 'u':
-            return AICode::kGroupBegin;
-        case 'U':
-            return AICode::kGroupEnd;
-        case 'g':
-            return AICode::kGrayFill;
-        case 'G':
-            return AICode::kGrayStroke;
-        case 'k':
-        case 'x':
-            return AICode::kCmykFill;
-        case 'K':
-        case 'X':
-            return AICode::kCmykStroke;
-        case 'q':
-            return AICode::kClipBegin;
-        case 'Q':
-            return AICode::kClipEnd;
-        default:
-            return AICode::kUnknown;
-    }
+    for (const Word& word : kLetters)
+        if (word.text.find(letter) != std::string_view::npos) return word.code;
+    return AICode::kUnknown;
 }
 
 AICode codeOf(std::string_view op) {
