@@ -347,6 +347,23 @@ TEST(AIParser, LinesOfAllKinds) {
               "Object 1:F L5o;");
 }
 
+TEST(AIParser, TracesWhatEachLineDid) {
+    SceneX scene;
+    AIParser parser(scene);
+    std::string log;
+    parser.setTrace([&](std::string_view what, std::string_view line) {
+        log.append(what).append(line) += '\n';
+    });
+    ASSERT_TRUE(parser.parseText(
+        std::string(kHead) + "%AI5_BeginLayer\n%%Note:\n0 0 m\n9 0 L\n9 1 8 9 0 9 c\ns\nf\n8 e\n"
+                             "%AI5_EndLayer--\n%%PageTrailer\n0 0 m\n",
+        {}));
+    EXPECT_EQ(log,
+              "Unknown-- %%EndSetup\nLayer begin\nData begin\nMove to--0 0 m\nNew profile\n"
+              "Line to--9 0 L\nCurve to--9 1 8 9 0 9 c\nFinish profile\nFills\n"
+              "Implemented (but no description)-- f\nUnknown-- 8 e\nLayer end\nPage end\n");
+}
+
 TEST(AIParser, WhatIsNoArt) {
     const test::TempFolder folder;
     const auto error = [&](const std::string& bytes) {

@@ -65,7 +65,6 @@ void AIParser::reset(const AIOptions& options) {
 
 bool AIParser::parseFile() {
     if (!reader_.startsWith(kSignature) || !reader_.findInBuffer(kEndOfSetup)) return false;
-    traceCode(AICode::kDataBegin, {});
     std::string_view line;
     while (reader_.readLine(line)) {
         AICode code = commentCode(line);
