@@ -69,6 +69,77 @@ TEST(FacePeeler, PiecesAreConvexAndCoverTheShapeExactly) {
     }
 }
 
+using Polygons = std::vector<std::vector<int>>;
+
+/// Peels as FacePeeler does, but looks at all records at every step.
+Polygons peelPlainly(PolyShape2 shape) {
+    const int given = static_cast<int>(shape.precs.size());
+    const auto prec = [&](int i) -> Prec& { return shape.precs[static_cast<std::size_t>(i)]; };
+    const auto count = [&] { return static_cast<int>(shape.precs.size()); };
+    Polygons polygons;
+    for (int start = 0; start < count() && count() <= 3 * given;) {
+        if (prec(start).vertexID < 0) {
+            ++start;
+            continue;
+        }
+        const Vec2 first = shape.at(start);
+        std::vector<int> piece{start};
+        std::vector<Line2> edges;
+        int blocking = -1;
+        while (prec(piece.back()).next != start && blocking < 0 && piece.size() < 256) {
+            const Vec2 before = shape.at(piece.back());
+            const int following = prec(piece.back()).next;
+            const Vec2 newest = shape.at(following);
+            const auto isRight = [&](const Line2& e) { return e.signedDistance(newest) < 0.0; };
+            if (std::any_of(edges.begin(), edges.end(), isRight) ||
+                (piece.size() > 1 && cross(before - newest, first - newest) == 0.0))
+                break;
+            const Line2 sides[] = {{before, newest}, {first, before}, {newest, first}};
+            double best = 1e20;
+            for (int i = 0; piece.size() > 1 && i < given; ++i) {
+                if (prec(i).vertexID < 0) continue;
+                const Vec2 p = shape.at(i);
+                bool inside = true;
+                for (const Line2& side : sides)
+                    inside = inside && side.isLeftOrOn(p) &&
+                             dot(p - side.point(), p - side.point()) >= 0.001;
+                if (!inside || !(edges.back().signedDistance(p) < best)) continue;
+                best = edges.back().signedDistance(p);
+                blocking = i;
+            }
+            if (blocking < 0) {
+                piece.push_back(following);
+                edges.push_back(sides[0]);
+            }
+        }
+        if (blocking >= 0) {
+            int previous = 0;
+            while (!prec(previous).live() || prec(previous).next != blocking)
+                ++previous;
+            const Prec r1 = prec(piece.back());
+            prec(piece.back()).next = blocking;
+            prec(previous).next = count() + 1;
+            shape.precs.push_back(r1);
+            shape.precs.push_back({prec(blocking).vertexID, count() - 1});
+            continue;
+        }
+        const bool whole = prec(piece.back()).next == start;
+        if (piece.size() == 2 && !whole) {
+            ++start;
+            continue;
+        }
+        std::vector<int> ids;
+        for (const int i : piece)
+            ids.push_back(prec(i).vertexID);
+        for (const int i : piece)
+            if (whole || (i != start && i != piece.back())) prec(i).vertexID = -1;
+        if (piece.size() != 2) polygons.push_back(ids);
+        if (!whole) prec(start).next = piece.back();
+        start = piece.size() == 2 ? start + 1 : 0;
+    }
+    return polygons;
+}
+
 TEST(FacePeeler, UnionsOfStarsAreFilledWhole) {
     // Crossing points lie on one line with the corners around them: among these are shapes in which
     // a piece is bridged to two such points in turns.
@@ -88,6 +159,11 @@ TEST(FacePeeler, UnionsOfStarsAreFilledWhole) {
         shape.weld(0.001);
         shape.normalizeOrientation();
         const double area = test::sums(shape).area;
+        Polygons pieces;
+        FacePeeler stepwise(shape);
+        for (std::vector<int> ids; stepwise.extractPolygon(ids);)
+            pieces.push_back(ids);
+        EXPECT_EQ(pieces, peelPlainly(shape)) << k;
         FacePeeler peeler(shape);
         double filled = 0.0;
         peeler.forEachPolygon([&](const std::vector<int>& ids) {

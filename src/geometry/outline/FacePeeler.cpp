@@ -22,6 +22,14 @@ double squaredLength(Vec2 v) {
 
 FacePeeler::FacePeeler(PolyShape2 shape)
     : shape_(std::move(shape)), limit_(3 * shape_.precs.size()) {
+    begin();
+}
+
+void FacePeeler::begin() {
+    resume_ = -1;
+    firstLive_ = 0;
+    firstOpen_ = 0;
+    waiting_.clear();
     std::vector<Vec2> points;
     std::vector<int> records;
     const std::size_t count = shape_.precs.size();
@@ -36,6 +44,30 @@ FacePeeler::FacePeeler(PolyShape2 shape)
         points.push_back(shape_.at(i));
     }
     grid_.build(points, records);
+}
+
+/// The ids of all polygons, each followed by -1.
+std::vector<int> FacePeeler::peelAll() {
+    const std::vector<Prec> given = shape_.precs;
+    std::vector<int> polygons;
+    polygons.reserve(2 * given.size());
+    peelInto(polygons);
+    if (!overgrown()) return polygons;
+    shape_.precs = given;
+    bridgeOnce_ = true;
+    begin();
+    polygons.clear();
+    peelInto(polygons);
+    return polygons;
+}
+
+void FacePeeler::peelInto(std::vector<int>& polygons) {
+    std::vector<int> ids;
+    while (!overgrown() && next(ids) && !overgrown()) {
+        if (ids.size() < 3) continue;
+        polygons.insert(polygons.end(), ids.begin(), ids.end());
+        polygons.push_back(-1);
+    }
 }
 
 bool FacePeeler::extractPolygon(std::vector<int>& ids, int maxSides) {
@@ -197,8 +229,9 @@ int FacePeeler::blockingRecord(Vec2 v0, const Line2& newestEdge) {
     return found ? found->id : -1;
 }
 
-/// Points on one line with the first of the piece would be bridged to in turns for ever.
+/// Points on one line with the first of the piece may be bridged to in turns for ever.
 bool FacePeeler::wasBridged(int candidate) {
+    if (!bridgeOnce_) return false;
     const int from = prec(polygon_[polygon_.size() - 2]).vertexID;
     const int to = prec(candidate).vertexID;
     return std::find(bridged_.begin(), bridged_.end(), std::pair(from, to)) != bridged_.end();

@@ -30,14 +30,20 @@ class FacePeeler {
     /// when no record is left.
     bool extractLoop(std::vector<int>& ids, int maxSides = kMaxSides);
 
-    /// Runs to the end and calls emit(ids) for each cleaned polygon of 3 or more corners. On a
-    /// shape that keeps growing it stops at three times its records: a gap rather than an endless
-    /// loop.
+    /// Runs to the end and calls emit(ids) for each cleaned polygon of 3 or more corners. A shape
+    /// that keeps growing stops at three times its records: a gap rather than an endless loop. It
+    /// then starts anew, and bridges the same two places for one piece no more.
     template <typename Emit>
     void forEachPolygon(Emit&& emit) {
         std::vector<int> ids;
-        while (!overgrown() && next(ids) && !overgrown())
-            if (ids.size() >= 3) emit(ids);
+        for (const int id : peelAll()) {
+            if (id >= 0) {
+                ids.push_back(id);
+                continue;
+            }
+            emit(ids);
+            ids.clear();
+        }
     }
 
     const PolyShape2& shape() const { return shape_; }
@@ -54,6 +60,9 @@ class FacePeeler {
         int next;  // of those that wait for the same record, as an index into waiting_; or -1
     };
 
+    void begin();
+    std::vector<int> peelAll();
+    void peelInto(std::vector<int>& polygons);
     void addRecord(Prec record);
     int openFrom(int start);
     void setOpen(int start);
@@ -86,6 +95,7 @@ class FacePeeler {
     std::vector<Waiting> waiting_;
 
     // The piece under construction, and the vertices that bridges to it joined.
+    bool bridgeOnce_ = false;
     std::vector<std::pair<int, int>> bridged_;
     std::vector<int> polygon_;
     std::vector<Line2> edges_;
