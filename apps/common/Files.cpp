@@ -43,9 +43,14 @@ std::string readText(const std::filesystem::path& path) {
     return std::string(bytes.begin(), bytes.end());
 }
 
-void writeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+void makeFolderOf(const std::filesystem::path& path) {
     std::error_code error;
     if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), error);
+}
+
+void writeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes) {
+    std::error_code error;
+    makeFolderOf(path);
     std::filesystem::path temporary = path;
     temporary += ".part";
     bool written = false;

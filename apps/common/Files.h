@@ -16,6 +16,9 @@ inline constexpr unsigned kMaxPictureSide = 30000;  // the host's largest world
 std::vector<std::uint8_t> readFile(const std::filesystem::path& path);
 std::string readText(const std::filesystem::path& path);
 
+/// Makes the folders above `path`; where that fails, writing there will tell.
+void makeFolderOf(const std::filesystem::path& path);
+
 /// Makes the folders above `path`, writes a temporary file beside it and renames it over the old
 /// one. Throws Failure; the old file is then as it was.
 void writeFile(const std::filesystem::path& path, std::span<const std::uint8_t> bytes);

@@ -145,6 +145,14 @@ std::string programHelp(std::string_view program, std::string_view purpose,
     return text;
 }
 
+std::string pngOption(std::string_view text, std::string_view what) {
+    std::string ending(text.substr(text.size() - std::min<std::size_t>(text.size(), 4)));
+    for (char& c : ending)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    if (ending != ".png") badValue(what, text, "the name of a PNG file: it ends in .png");
+    return std::string(text);
+}
+
 int wholeOption(std::string_view text, std::string_view what, int min, int max) {
     const std::optional<int> value = wholeText(text);
     if (!value || *value < min || *value > max)

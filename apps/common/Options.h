@@ -77,6 +77,9 @@ std::string commandHelp(std::string_view program, const CommandSpec& command);
 std::string programHelp(std::string_view program, std::string_view purpose,
                         std::span<const CommandSpec> commands);
 
+/// The name of a picture to write. Pictures are PNG whatever their name, so it must end in ".png".
+std::string pngOption(std::string_view text, std::string_view what);
+
 /// Readers of option values. `what` names the option in the UsageError.
 int wholeOption(std::string_view text, std::string_view what, int min, int max);
 double realOption(std::string_view text, std::string_view what, double min, double max);

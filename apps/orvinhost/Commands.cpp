@@ -66,6 +66,7 @@ int panel(const apps::ParsedOptions& parsed, apps::ProgramOutput&) {
     SessionOptions options = sessionOptions(parsed);
     if (!options.project && !options.flat) throw apps::UsageError("a project is missing");
     if (!parsed.has("--out")) throw apps::UsageError("--out is missing");
+    const std::string out = apps::pngOption(parsed.value("--out"), "--out");
     options.firstFrame =
         apps::wholeOption(parsed.value("--frame", "0"), "--frame", -1000000, 1000000);
     options.settings.duration =
@@ -86,7 +87,7 @@ int panel(const apps::ParsedOptions& parsed, apps::ProgramOutput&) {
         }
         if (session.host().panel().drawn() == 0)
             throw apps::Failure("the effect drew nothing into its panel");
-        apps::writePng(parsed.value("--out"), session.host().panel().picture());
+        apps::writePng(out, session.host().panel().picture());
     });
 }
 

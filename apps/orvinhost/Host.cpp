@@ -134,6 +134,13 @@ PF_Err Host::poll(Call& call) {
     return PF_Interrupt_CANCEL;
 }
 
+void Host::requirePictures(double frame) const {
+    const int atComp = static_cast<int>(std::lround(frame + comp_.layerStart()));
+    if (input != nullptr) input->picture(static_cast<int>(std::lround(frame)));
+    for (int i = 0; i < params_.count(); ++i)
+        if (params_[i].layer != nullptr) params_[i].layer->picture(atComp);
+}
+
 World Host::layerWorld(int index, double frame) {
     const Param& param = params_[index];
     std::shared_ptr<ImageSource> source = param.layer;

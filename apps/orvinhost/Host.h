@@ -115,6 +115,8 @@ class Host {
 
     /// The pixels of a layer parameter at a frame: the own layer for index 0 and a default of -1.
     World layerWorld(int index, double frame);
+    /// Throws Failure, which names the file, where a layer has no picture for that frame.
+    void requirePictures(double frame) const;
     std::shared_ptr<ImageSource> input;  // the layer's own picture; null: transparent
 
     /// Worlds made by the effect (PF_NEW_WORLD), by their pixels.

@@ -43,7 +43,9 @@ RenderJob renderJob(const apps::ParsedOptions& parsed) {
     job.session = sessionOptions(parsed);
     if (!job.session.project && !job.session.flat) throw apps::UsageError("a project is missing");
     if (!parsed.has("--out")) throw apps::UsageError("--out is missing");
-    job.out = apps::FramePattern(parsed.value("--out"));
+    job.out = apps::FramePattern(apps::pngOption(parsed.value("--out"), "--out"));
+    if (job.session.input == parsed.value("--out"))
+        throw apps::UsageError("--out would take the place of --input");
     job.reload = parsed.has("--reload");
     job.renderThread = parsed.has("--render-thread");
     if (job.reload && job.renderThread)
@@ -73,6 +75,7 @@ void RenderJob::renderFrame(Session& run, Instance& instance, int frame) const {
         return (side + settings.downsample - 1) / settings.downsample;
     };
     World output(scaled(settings.width), scaled(settings.height));
+    run.host().requirePictures(frame);
     const Clock::time_point start = Clock::now();
     const Outcome outcome = instance.render(frame, output);
     nlohmann::ordered_json note{

@@ -99,7 +99,11 @@ void Session::openInstance() {
         return;
     }
     if (options_.project) {
-        reopenInstance(flatFromProject(apps::readText(*options_.project)));
+        const std::string text = apps::readText(*options_.project);
+        // The effect would open a new scene instead, as it does for a host's spoiled data.
+        if (text.find("SceneX") == std::string::npos)
+            throw apps::Failure(options_.project->string() + ": isn't a project, or has no scene");
+        reopenInstance(flatFromProject(text));
         return;
     }
     const std::vector<std::uint8_t> flat = apps::readFile(*options_.flat);

@@ -1,6 +1,5 @@
 #include "toolkit/Questions.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <string>
@@ -14,10 +13,15 @@ std::atomic<Questions*>& current() {
     return answerer;
 }
 
-// Lines of a message end in CR, which on a terminal would write one over the other.
+// Lines of a message end in CR, which on a terminal would write one over the other; and bytes of a
+// broken file that it quotes must not command the terminal.
 void say(std::string_view text) {
     std::string lines(text);
-    std::replace(lines.begin(), lines.end(), '\r', '\n');
+    for (char& c : lines) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\r') c = '\n';
+        if ((byte < 0x20 && c != '\n' && c != '\t') || byte == 0x7f) c = '?';
+    }
     lines.resize(lines.find_last_not_of('\n') + 1);
     std::fprintf(stderr, "%s\n", lines.c_str());
 }

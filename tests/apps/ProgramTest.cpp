@@ -23,7 +23,7 @@ class Program : public testing::Test {
                   (std::string("orvinhost-") +
                    testing::UnitTest::GetInstance()->current_test_info()->name());
         fs::create_directories(folder_);
-        apps::writeText(file("empty.twp"), " Version \"none\"\n");
+        apps::writeText(file("empty.twp"), " Version \"none\"\n begin SceneX\n end SceneX\n");
         choose("");
     }
     void TearDown() override {
@@ -149,11 +149,17 @@ TEST_F(Program, SaysWhatWentWrongByItsStatus) {
         {{"--out", file("x.png"), "--abort-after", "2"}, 1},  // stopped
         {{"--out", file("x.png"), "--refuse-handle", "SEQUENCE_RESETUP:1"}, 1},
         {{"--out", file("empty.twp") + "/x.png"}, 1},  // can't be written
+        {{"--out", file("x.jpg")}, 2},                 // pictures are PNG
+        {{"--out", file("x.png"), "--input", file("x.png")}, 2},
+        {{"--out", file("x.png"), "--layer-map", "1=" + file("none.png")}, 1},
     };
     for (const auto& c : cases)
         EXPECT_EQ(render(c.more), c.status);
     EXPECT_EQ(runProgram(std::vector<std::string>{"nonsense"}), 2);
     EXPECT_EQ(run({"render", file("none.twp"), "--out", "x.png"}), 1);
+    apps::writeText(file("story.twp"), "Once upon a time");
+    EXPECT_EQ(run({"render", file("story.twp"), "--out", file("story.png")}), 1);
+    EXPECT_FALSE(fs::exists(file("story.png")));
 
     choose("output.unwritten");
     EXPECT_EQ(render({"--out", file("x.png")}), 1);
