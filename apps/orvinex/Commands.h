@@ -33,4 +33,10 @@ void saveProject(Project& project, const std::filesystem::path& path);
 /// The value of "-o", or UsageError.
 std::string outputOption(const apps::ParsedOptions& options);
 
+/// UsageError where `output` is one of the files that the command reads: it would be lost.
+void keepInputs(const apps::ParsedOptions& options, const std::string& output);
+
+/// "-o" of a picture: ends in ".png", and is no input. UsageError.
+std::string pictureOutput(const apps::ParsedOptions& options);
+
 }  // namespace orvin::orvinex

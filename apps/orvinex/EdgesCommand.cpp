@@ -111,6 +111,8 @@ void writeSheet(const std::vector<ListedEdge>& listed, const apps::ParsedOptions
 int edgesCommand(const apps::ParsedOptions& options, apps::ProgramOutput& output) {
     if (options.has("--list") && options.has("--sheet"))
         throw apps::UsageError("--list and --sheet are two things");
+    if (options.has("--sheet"))
+        static_cast<void>(apps::pngOption(options.value("--sheet"), "--sheet"));
     registerMemberClasses();
     CustomEdges custom;
     const std::vector<ListedEdge> all =

@@ -1,10 +1,12 @@
 // import and export.
 #include <algorithm>
 
+#include "common/Files.h"
 #include "interchange/ModelFormats.h"
 #include "orvinex/Authoring.h"
 #include "orvinex/Commands.h"
 #include "orvinex/ShownProgress.h"
+#include "orvinex/StyleOptions.h"
 #include "scene/FrameClock.h"
 #include "toolkit/platform/Platform.h"
 
@@ -23,6 +25,11 @@ std::vector<MeshObject*> chosenObjects(SceneX& scene, const std::vector<std::str
     return objects;
 }
 
+bool hasElements(ObjectP* object) {
+    std::uint32_t revision = 0;
+    return object->mesh(1, revision)->faceCount() > 0;
+}
+
 int qualityOption(const apps::ParsedOptions& options) {
     const std::string quality = options.value("--quality", "render");
     if (quality == "render") return 1;
@@ -33,12 +40,19 @@ int qualityOption(const apps::ParsedOptions& options) {
 }  // namespace
 
 int importCommand(const apps::ParsedOptions& options) {
+    keepInputs(options, options.value("-o"));
     Authoring authoring(options);
     {
         const ShownProgress progress("importing", options.has("--quiet"));
         const std::string& model = options.positional()[0];
-        if (importModel(authoring.scene(), platform::pathFromText(model)) != kSuccess)
+        std::vector<ObjectP*> objects;
+        const Result read = importModel(authoring.scene(), platform::pathFromText(model), &objects);
+        if (read != kSuccess || std::none_of(objects.begin(), objects.end(), hasElements))
             throw apps::Failure("nothing was imported from '" + model + "'");
+        const std::string material = materialOption(options, authoring.scene());
+        for (ObjectP* const object : objects)
+            for (int slot = 0; !material.empty() && slot < object->materialCount(); ++slot)
+                object->setMaterial(slot, material);
     }
     authoring.finish();
     return apps::kExitDone;
@@ -46,6 +60,7 @@ int importCommand(const apps::ParsedOptions& options) {
 
 int exportCommand(const apps::ParsedOptions& options) {
     const std::string output = outputOption(options);
+    keepInputs(options, output);
     ExportOptions settings;
     settings.quality = qualityOption(options);
     settings.lwob = options.has("--lwob");
@@ -62,6 +77,7 @@ int exportCommand(const apps::ParsedOptions& options) {
     }
     const auto objects = chosenObjects(project.mainScene(), options.all("--object"));
     const ShownProgress progress("exporting", options.has("--quiet"));
+    apps::makeFolderOf(platform::pathFromText(output));
     if (exportModel(output, objects, settings) != kSuccess)
         throw apps::Failure("'" + output + "' was not written");
     return apps::kExitDone;

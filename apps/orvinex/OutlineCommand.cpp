@@ -97,6 +97,7 @@ void readArt(AIParser& parser, const std::filesystem::path& file, const AIOption
 int outlineCommand(const apps::ParsedOptions& options) {
     const AIOptions wanted = readOptions(options);
     const std::filesystem::path file = platform::pathFromText(options.positional()[0]);
+    keepInputs(options, options.value("-o"));
     Authoring authoring(options);
     SceneX& scene = authoring.scene();
     {

@@ -30,6 +30,7 @@ nlohmann::json valueOf(const PF_ParamDef& def) {
 }  // namespace
 
 int paramsCommand(const apps::ParsedOptions& options, apps::ProgramOutput& output) {
+    if (options.has("-o")) keepInputs(options, options.value("-o"));
     Project project;
     openProject(project, options.positional()[0]);
     std::vector<PF_ParamDef> defs = describeParameters(kHost);

@@ -78,7 +78,7 @@ std::unique_ptr<ImageBuffer> viewerPicture(Project& project, const RenderParams&
 }  // namespace
 
 int renderCommand(const apps::ParsedOptions& options) {
-    const std::string output = outputOption(options);
+    const std::string output = pictureOutput(options);
     Project project;
     openProject(project, options.positional()[0]);
     SceneX& scene = project.mainScene();

@@ -44,7 +44,7 @@ void shrinkInto(const apps::Picture& source, apps::Picture& sheet, int left, int
 }  // namespace
 
 int sheetCommand(const apps::ParsedOptions& options) {
-    const std::string output = outputOption(options);
+    const std::string output = pictureOutput(options);
     const auto& files = options.positional();
     const int columns = apps::wholeOption(options.value("--columns", "4"), "--columns", 1, 100);
     const int width = apps::wholeOption(options.value("--width", "320"), "--width", 8, 4096);

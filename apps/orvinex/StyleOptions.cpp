@@ -72,10 +72,9 @@ void applyMitre(const std::string& text, ObjectXStyle& style) {
                                         : ObjectXStyle::Mitre::kComplex);
 }
 
-/// The scene's material of that name, else the one of the project of --looks, with its pictures.
-void useMaterial(const apps::ParsedOptions& options, const std::string& name, ObjectXStyle& style,
-                 int slot) {
-    SceneX& scene = style.scene();
+/// Sees to it that the scene has the material of that name: its own, else the one of the project
+/// of --looks, with its pictures.
+void needMaterial(const apps::ParsedOptions& options, const std::string& name, SceneX& scene) {
     if (scene.memberAs<Surface>(MemberKind::kMaterial, name) == nullptr) {
         SceneMember* found = nullptr;
         Project looks;
@@ -90,35 +89,42 @@ void useMaterial(const apps::ParsedOptions& options, const std::string& name, Ob
                 "no material is named '" + name + "'" +
                 (options.has("--looks") ? "" : "; --looks says where there is one"));
     }
-    style.setMaterial(slot, name);
 }
 
-void applyMaterials(const apps::ParsedOptions& options, ObjectXStyle& style) {
+void applyEdgeMaterial(const apps::ParsedOptions& options, ObjectXStyle& style) {
     constexpr int kEdgeSlot = 1;
-    if (options.has("--material")) useMaterial(options, options.value("--material"), style, 0);
-    if (!options.has("--edge-material")) return;
-    useMaterial(options, options.value("--edge-material"), style, kEdgeSlot);
+    const std::string name = options.value("--edge-material");
+    needMaterial(options, name, style.scene());
+    style.setMaterial(kEdgeSlot, name);
     const MaterialIntervals all({{0.0, 1.0, kEdgeSlot}});
     style.setTrackProperties(true);
     style.ensurePerimEntries();
     style.setPerimIntervalMaterial(-1, all);
 }
 
-void applyColor(const std::string& text, ObjectXStyle& style) {
+std::string makeColor(const std::string& text, SceneX& scene) {
     const std::vector<std::string> parts = splitAtCommas(text);
     if (parts.size() != 3) throw apps::UsageError("--color takes R,G,B, each from 0 to 1");
     Rgba color{0.0F, 0.0F, 0.0F, 1.0F};
     for (std::size_t i = 0; i < parts.size(); ++i)
         color[i] = static_cast<float>(apps::realOption(parts[i], "--color", 0.0, 1.0));
-    auto& material = style.scene().make<MaterialX>(style.scene().uniqueName("Color"));
+    auto& material = scene.make<MaterialX>(scene.uniqueName("Color"));
     material.setDiffuse(color);
-    style.setMaterial(0, material.name());
+    return material.name();
 }
 
 }  // namespace
 
-const std::vector<apps::OptionSpec>& styleOptions() {
-    static const std::vector<apps::OptionSpec> options = {
+std::vector<apps::OptionSpec> withMaterialOptions(std::vector<apps::OptionSpec> own) {
+    own.insert(own.end(), {{"--color", "R,G,B", "one material for all, each from 0 to 1"},
+                           {"--material", "NAME", "the material of that name for all"},
+                           {"--looks", "PROJECT.twp",
+                            "project to take materials from that aren't there yet"}});
+    return own;
+}
+
+std::vector<apps::OptionSpec> withStyleOptions(std::vector<apps::OptionSpec> own) {
+    static const std::vector<apps::OptionSpec> style = {
         {"--edge", "NAME", "edge of the library, by either name, or a custom one (Bevel, Medium)"},
         {"--hole-edge", "NAME", "another edge around holes"},
         {"--depth", "D", "from front to back, in units of the outline (30)"},
@@ -127,26 +133,25 @@ const std::vector<apps::OptionSpec>& styleOptions() {
         {"--spike", "ANGLE", "cuts corners that are sharper, in degrees (0: none)"},
         {"--mitre", "fast|complex", "how edges meet at corners (fast)"},
         {"--parts", "LIST", "of front, back, perim and hole, with commas between (all)"},
-        {"--color", "R,G,B", "one material for all, each from 0 to 1"},
-        {"--material", "NAME", "the material of that name for all"},
-        {"--edge-material", "NAME", "another one for the edges"},
-        {"--looks", "PROJECT.twp", "project to take materials from that aren't there yet"},
+        {"--edge-material", "NAME", "another material for the edges"},
     };
-    return options;
-}
-
-std::vector<apps::OptionSpec> withStyleOptions(std::vector<apps::OptionSpec> own) {
-    own.insert(own.end(), styleOptions().begin(), styleOptions().end());
-    return own;
+    own.insert(own.end(), style.begin(), style.end());
+    return withMaterialOptions(std::move(own));
 }
 
 bool materialIsGiven(const apps::ParsedOptions& options) {
     return options.has("--color") || options.has("--material");
 }
 
-void applyStyleOptions(const apps::ParsedOptions& options, ObjectXStyle& style) {
+std::string materialOption(const apps::ParsedOptions& options, SceneX& scene) {
     if (options.has("--color") && options.has("--material"))
         throw apps::UsageError("only one of --color and --material goes");
+    if (options.has("--color")) return makeColor(options.value("--color"), scene);
+    if (options.has("--material")) needMaterial(options, options.value("--material"), scene);
+    return options.value("--material");
+}
+
+void applyStyleOptions(const apps::ParsedOptions& options, ObjectXStyle& style) {
     const auto real = [&](const char* name, double min, double max, auto set) {
         if (options.has(name)) (style.*set)(apps::realOption(options.value(name), name, min, max));
     };
@@ -161,8 +166,9 @@ void applyStyleOptions(const apps::ParsedOptions& options, ObjectXStyle& style) 
         style.setTrackProfile(false);
         style.setHole(edgeMember(style.scene(), options.value("--hole-edge")));
     }
-    if (options.has("--color")) applyColor(options.value("--color"), style);
-    applyMaterials(options, style);
+    if (const std::string name = materialOption(options, style.scene()); !name.empty())
+        style.setMaterial(0, name);
+    if (options.has("--edge-material")) applyEdgeMaterial(options, style);
 }
 
 }  // namespace orvin::orvinex

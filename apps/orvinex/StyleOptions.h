@@ -1,4 +1,4 @@
-// STYLE: the options by which commands that make extruded objects tell how these look.
+// STYLE: the options by which commands that make objects tell how these look.
 #pragma once
 
 #include <string_view>
@@ -9,11 +9,14 @@
 
 namespace orvin::orvinex {
 
-/// As the help lists them.
-const std::vector<apps::OptionSpec>& styleOptions();
-
-/// `own` and then the options of the style: a command's list.
+/// `own` and then the options of the style, materials last: a command's list.
 std::vector<apps::OptionSpec> withStyleOptions(std::vector<apps::OptionSpec> own);
+/// The same with the materials alone.
+std::vector<apps::OptionSpec> withMaterialOptions(std::vector<apps::OptionSpec> own);
+
+/// The material that --color makes or --material names, brought into the scene; empty for neither.
+/// Throws UsageError, or Failure for one that isn't there.
+std::string materialOption(const apps::ParsedOptions& options, SceneX& scene);
 
 /// Changes `style` as the options say; what none of them names stays. Edges and materials come
 /// into the style's scene. Throws UsageError, or Failure for an edge or material that isn't there.

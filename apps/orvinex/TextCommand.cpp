@@ -132,11 +132,12 @@ void tellOddLetters(const ProfileT& text) {
     std::string astray;
     bool any = false;
     for (const char c : text.text()) {
+        if (c == '\n' || c == '\r') continue;
         const TextFont::Glyph& glyph = text.font().glyph(static_cast<unsigned char>(c));
         const bool visible = glyph.advance > 0.0F && !glyph.outline.paths.empty();
         any = any || visible;
-        const bool blank = glyph.advance > 0.0F || c == '\n' || c == '\r';
-        if (!visible && !blank && missing.find(c) == std::string::npos) missing += c;
+        if (!visible && !(glyph.advance > 0.0F) && missing.find(c) == std::string::npos)
+            missing += c;
         if (visible && astray.find(c) == std::string::npos && glyph.isAstray()) astray += c;
     }
     if (!any) throw apps::Failure("nothing of the text shows: it has no letter that the font has");

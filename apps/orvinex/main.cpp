@@ -1,14 +1,17 @@
 // orvinex: authoring, conversion, stills and inspection of projects without a host.
 #include <cstdio>
+#include <filesystem>
 #include <functional>
 #include <new>
 
+#include "common/Files.h"
 #include "common/ProgramOutput.h"
 #include "orvinex/Authoring.h"
 #include "orvinex/Commands.h"
 #include "orvinex/Framing.h"
 #include "orvinex/StyleOptions.h"
 #include "toolkit/Errors.h"
+#include "toolkit/platform/Platform.h"
 
 namespace orvin::orvinex {
 
@@ -77,9 +80,10 @@ std::vector<Command> commands(apps::ProgramOutput& output) {
           1,
           1,
           "makes a project of a model: .obj, .dxf, .lwo or .fac",
-          withProjectOptions({turnOption(), kQuiet}),
+          withProjectOptions(withMaterialOptions({turnOption(), kQuiet})),
           {"orvinex import chair.obj -o chair.twp",
-           "orvinex import table.lwo --into chair.twp --scale 0.5 --move 80,0,0 --set 2"}},
+           "orvinex import table.lwo --into chair.twp --scale 0.5 --move 80,0,0 --set 2",
+           "orvinex import gem.obj -o gem.twp --color 0.8,0.1,0.2"}},
          importCommand},
         {{"export",
           "PROJECT.twp -o OUT.obj|.dxf|.lwo|.fac",
@@ -245,12 +249,28 @@ void openProject(Project& project, const std::filesystem::path& path) {
 }
 
 void saveProject(Project& project, const std::filesystem::path& path) {
+    apps::makeFolderOf(path);
     if (project.save(path) != kSuccess) throw apps::Failure(project.failure());
 }
 
 std::string outputOption(const apps::ParsedOptions& options) {
     if (!options.has("-o")) throw apps::UsageError("-o is missing");
     return options.value("-o");
+}
+
+void keepInputs(const apps::ParsedOptions& options, const std::string& output) {
+    for (const std::string& input : options.positional()) {
+        std::error_code error;
+        if (std::filesystem::equivalent(platform::pathFromText(input),
+                                        platform::pathFromText(output), error))
+            throw apps::UsageError("'" + output + "' is what is read here, and would be lost");
+    }
+}
+
+std::string pictureOutput(const apps::ParsedOptions& options) {
+    const std::string output = apps::pngOption(outputOption(options), "-o");
+    keepInputs(options, output);
+    return output;
 }
 
 }  // namespace orvin::orvinex

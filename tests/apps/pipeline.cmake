@@ -179,6 +179,19 @@ run(2 ${ORVINEX} render ${WORK}/plate.twp)
 expect_match("${errors}" "usage: orvinex render")
 run(2 ${ORVINEX} render ${WORK}/plate.twp -o ${WORK}/x.png --shadows maybe)
 run(2 ${ORVINEX} dance)
+# A result never takes the place of what it is made of, has the name of what it is, and gets its folder.
+foreach(wrong "render;${WORK}/plate.twp;-o;${WORK}/plate.twp" "render;${WORK}/plate.twp;-o;${WORK}/still.jpg"
+    "sheet;${WORK}/still.png;-o;${WORK}/still.png" "params;${WORK}/plate.twp;-o;${WORK}/plate.twp"
+    "import;${WORK}/plate.obj;-o;${WORK}/plate.obj" "edges;--sheet;${WORK}/edges")
+  run(2 ${ORVINEX} ${wrong})
+endforeach()
+run(0 ${ORVINEX} export ${WORK}/plate.twp -o ${WORK}/new/models/plate.lwo --quiet)
+run(0 ${ORVINEX} resave ${WORK}/plate.twp -o ${WORK}/new/projects/plate.twp)
+file(WRITE ${WORK}/nothing.obj "# no faces\nv 0 0 0\n")
+run(1 ${ORVINEX} import ${WORK}/nothing.obj -o ${WORK}/x.twp --quiet)
+expect_match("${errors}" "nothing was imported")
+run(1 ${ORVINEX} import ${WORK}/plate.twp -o ${WORK}/x.twp --quiet)
+expect_match("${errors}" "extension: .twp\n\nBe sure to select")
 
 # A text in a small font that the fuzzing keeps, saved and read again: it stays as it was set.
 set(font ${SOURCE}/fuzz/truetype/seeds/segments.ttf)
@@ -194,6 +207,8 @@ if(NOT text_hash STREQUAL text2_hash)
   message(FATAL_ERROR "a text that was saved again is another picture")
 endif()
 run(1 ${ORVINEX} text "x" --font ${font} -o ${WORK}/x.twp)
+expect_match("${errors}" "nothing of the text shows")
+run(1 ${ORVINEX} text "\\n" --font ${font} -o ${WORK}/x.twp)
 expect_match("${errors}" "nothing of the text shows")
 run(1 ${ORVINEX} text "A" --font ${WORK}/none.ttf -o ${WORK}/x.twp)
 expect_match("${errors}" "there is no file")
