@@ -29,7 +29,7 @@ inline PolyShape2 textShape(std::string_view text, const char* font = kSans,
     profile.setText(text);
     std::uint32_t stamp = 0;
     PolyShape2 shape;
-    if (const Mesh2* const mesh = profile.shape(flatness, 20.0, stamp)) loadLoops(*mesh, shape);
+    if (const Mesh2* const mesh = profile.getShape(flatness, 20.0, stamp)) loadLoops(*mesh, shape);
     shape.normalizeOrientation();
     return shape;
 }

@@ -167,7 +167,7 @@ class Workshop {
     Outcome examine(std::string& reason) {
         std::uint32_t stamp = 0;
         const Mesh3* const mesh = object_.mesh(1, stamp);
-        const Mesh2* const flat = text.shape(object_.flatRender() * 0.5, 20.0, stamp);
+        const Mesh2* const flat = text.getShape(object_.flatRender() * 0.5, 20.0, stamp);
         if (mesh == nullptr || flat == nullptr || mesh->faceCount() == 0) {
             reason = "no solid";
             return Outcome::kOpen;

@@ -49,7 +49,7 @@ std::string read(const std::string& art, std::size_t way) {
         for (const float channel : record.fill)
             require(std::isfinite(channel));
         std::uint32_t stamp = 0;
-        const Mesh2* const shape = record.profile->shape(1.0, 20.0, stamp);
+        const Mesh2* const shape = record.profile->getShape(1.0, 20.0, stamp);
         require(shape == nullptr || shape->faceCount() > 0);
         require(out.writeObject(*record.profile) == kSuccess);
         require(out.putName("object", record.name) == kSuccess);

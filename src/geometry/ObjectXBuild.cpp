@@ -117,7 +117,7 @@ Result ObjectX::loadOutline(int quality, PolyShape2& shape) {
     }
     const double flatness = (quality == 1 ? flatRender_ : flatPreview_) * kFaceFlatness;
     std::uint32_t stamp = 0;
-    const Mesh2* const geometry = profile->shape(flatness, hardShadingAngle(), stamp);
+    const Mesh2* const geometry = profile->getShape(flatness, hardShadingAngle(), stamp);
     if (geometry == nullptr) {
         std::printf("'%s' has no geometry.\n", faceName().c_str());
         return kFailure;

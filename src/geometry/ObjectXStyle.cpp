@@ -192,7 +192,7 @@ Profile* ObjectXStyle::holeProfile() const {
 const Mesh2* ObjectXStyle::geometry(Profile* profile, std::uint32_t& seen, double flatness,
                                     double hardAngle, std::uint32_t& serial) {
     if (profile == nullptr) return nullptr;
-    const Mesh2* const shape = profile->shape(flatness, hardAngle, serial);
+    const Mesh2* const shape = profile->getShape(flatness, hardAngle, serial);
     if (shape == nullptr) return nullptr;
     if (serial != seen) edgeChanged();
     seen = serial;

@@ -2,7 +2,7 @@
 
 namespace orvin {
 
-const Mesh2* OutlineProfile::shape(double tolerance, double hardAngle, std::uint32_t& stamp) {
+const Mesh2* OutlineProfile::getShape(double tolerance, double hardAngle, std::uint32_t& stamp) {
     prepare();
     if (shapeCount_ != changeCount_ || tolerance != tolerance_) {
         tolerance_ = tolerance;

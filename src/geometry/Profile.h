@@ -36,7 +36,7 @@ class Profile : public SceneMember {
     /// The curves as polylines with normals (see CompositeCurve2::emit), kept until the profile
     /// changes or another tolerance is asked for: the angle alone makes no difference. `stamp`
     /// gets the revision. Null where there is nothing to flatten.
-    virtual const Mesh2* shape(double tolerance, double hardAngle, std::uint32_t& stamp) = 0;
+    virtual const Mesh2* getShape(double tolerance, double hardAngle, std::uint32_t& stamp) = 0;
     /// The box of the shape as last flattened.
     virtual Box2 bounds() = 0;
 
@@ -60,7 +60,7 @@ class OutlineProfile : public Profile {
     std::uint32_t changeCount() override { return changeCount_; }
     void touch() override { changeCount_ = nextRevision(changeCount_); }
     InputProfile2* inputProfile() override { return &outline_; }
-    const Mesh2* shape(double tolerance, double hardAngle, std::uint32_t& stamp) override;
+    const Mesh2* getShape(double tolerance, double hardAngle, std::uint32_t& stamp) override;
     Box2 bounds() override;
 
   protected:

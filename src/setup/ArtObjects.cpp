@@ -14,7 +14,7 @@ constexpr double kFlatness = 0.5;  // fine enough to see whether anything is the
 
 bool hasShape(const AIObjectRecord& record) {
     std::uint32_t stamp = 0;
-    return record.profile->shape(kFlatness, defaultHardShadingAngle(), stamp) != nullptr;
+    return record.profile->getShape(kFlatness, defaultHardShadingAngle(), stamp) != nullptr;
 }
 
 /// The scene's materials for the colours of one drawing.

@@ -241,10 +241,10 @@ InputProfile2* ProfileM::inputProfile() {
     return profile != nullptr ? profile->inputProfile() : nullptr;
 }
 
-const Mesh2* ProfileM::shape(double tolerance, double hardAngle, std::uint32_t& stamp) {
+const Mesh2* ProfileM::getShape(double tolerance, double hardAngle, std::uint32_t& stamp) {
     stamp = 0;
     Profile* const profile = shown();
-    return profile != nullptr ? profile->shape(tolerance, hardAngle, stamp) : nullptr;
+    return profile != nullptr ? profile->getShape(tolerance, hardAngle, stamp) : nullptr;
 }
 
 Box2 ProfileM::bounds() {

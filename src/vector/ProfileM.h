@@ -79,7 +79,7 @@ class ProfileM final : public Profile {
     std::uint32_t changeCount() override;
     void touch() override;
     InputProfile2* inputProfile() override;
-    const Mesh2* shape(double tolerance, double hardAngle, std::uint32_t& stamp) override;
+    const Mesh2* getShape(double tolerance, double hardAngle, std::uint32_t& stamp) override;
     Box2 bounds() override;
 
     bool isAnimated() const override { return true; }

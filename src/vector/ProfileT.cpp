@@ -176,8 +176,8 @@ InputProfile2* ProfileT::inputProfile() {
     return &outline();
 }
 
-const Mesh2* ProfileT::shape(double tolerance, double hardAngle, std::uint32_t& stamp) {
-    const Mesh2* const flat = OutlineProfile::shape(tolerance, hardAngle, stamp);
+const Mesh2* ProfileT::getShape(double tolerance, double hardAngle, std::uint32_t& stamp) {
+    const Mesh2* const flat = OutlineProfile::getShape(tolerance, hardAngle, stamp);
     if (flat != nullptr) laidOut_ = true;  // flattening raised the revision, that is no change
     return flat;
 }

@@ -82,7 +82,7 @@ class ProfileT final : public OutlineProfile {
 
     void touch() override;
     InputProfile2* inputProfile() override;
-    const Mesh2* shape(double tolerance, double hardAngle, std::uint32_t& stamp) override;
+    const Mesh2* getShape(double tolerance, double hardAngle, std::uint32_t& stamp) override;
 
   protected:
     void prepare() override;

@@ -52,7 +52,7 @@ TEST(DefaultScene, ItsStyleHasABevelledEdge) {
     EXPECT_EQ(edge->libIdx(), 8);
     EXPECT_EQ(style->holeProfile(), edge);
     std::uint32_t stamp = 0;
-    ASSERT_NE(edge->shape(0.5, 20.0, stamp), nullptr);
+    ASSERT_NE(edge->getShape(0.5, 20.0, stamp), nullptr);
     EXPECT_GT(edge->bounds().xmax, 0.0);
     EXPECT_EQ(useLibraryEdge(*scene, 8), edge);
 }

@@ -396,7 +396,7 @@ TEST(AIParser, WhatIsNoArt) {
 /// What the shape of an object encloses: holes, which turn the other way, taken off.
 double area(const AIObjectRecord& record) {
     std::uint32_t stamp = 0;
-    const Mesh2* const shape = record.profile->shape(0.01, 20.0, stamp);
+    const Mesh2* const shape = record.profile->getShape(0.01, 20.0, stamp);
     double sum = 0.0;
     for (int f = 0; shape != nullptr && f < shape->faceCount(); ++f) {
         const auto loop = shape->face(f).vertices;

@@ -236,13 +236,13 @@ TEST_F(EdgeLibrary, ProfileLFollowsItsIndexOnLoad) {
 
     // The straight line encloses nothing and is a shape all the same.
     std::uint32_t stamp = 0;
-    const Mesh2* const shape = edge.shape(0.5, 20.0, stamp);
+    const Mesh2* const shape = edge.getShape(0.5, 20.0, stamp);
     ASSERT_NE(shape, nullptr);
     ASSERT_EQ(shape->vertexCount(), 2);
     EXPECT_EQ(shape->vertex(0), (Vec2{0.0, 0.0}));
     EXPECT_EQ(shape->vertex(1), (Vec2{0.0, 100.0}));
     std::uint32_t again = 0;
-    edge.shape(0.5, 20.0, again);
+    edge.getShape(0.5, 20.0, again);
     EXPECT_EQ(again, stamp);
 
     auto* const copy = dynamic_cast<ProfileL*>(scene.cloneMember(edge, "copy"));
@@ -260,7 +260,7 @@ TEST_F(EdgeLibrary, ProfileLFollowsItsIndexOnLoad) {
     EXPECT_NE(heart->name(), "Heart");
     EXPECT_EQ(useLibraryEdge(scene, findEdge("Heart")), heart);
     EXPECT_EQ(useLibraryEdge(scene, 107), nullptr);
-    edge.shape(0.5, 20.0, again);
+    edge.getShape(0.5, 20.0, again);
     EXPECT_NE(again, stamp);
     EXPECT_GT(edge.bounds().xmax, 1.0);
     EXPECT_EQ(copy->inputProfile()->paths[0].curves[0].points().size(), 2U);

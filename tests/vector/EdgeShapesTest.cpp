@@ -195,8 +195,8 @@ TEST_F(EdgeShapes, AnOIsClosedAndEnclosesWhatTheSectionSays) {
         SCOPED_TRACE(edgeName(i));
         const test::Solid solid = letter.closedSolid(i);
         std::uint32_t stamp = 0;
-        const Mesh2* const shape =
-            letter.edge.shape(letter.object.flatRender(), letter.object.hardShadingAngle(), stamp);
+        const Mesh2* const shape = letter.edge.getShape(letter.object.flatRender(),
+                                                        letter.object.hardShadingAngle(), stamp);
         EdgePath path;
         ASSERT_EQ(prepareEdgePath(*shape, *letter.edge.inputProfile(), 0, nullptr, {kDepth}, path),
                   kSuccess);

@@ -110,7 +110,7 @@ TEST(ProfileI, LoopsWithoutAreaAreNoPartOfTheShape) {
         ProfileI profile(scene, "p");
         ASSERT_EQ(readOutline(profile, c.paths), kSuccess);
         std::uint32_t stamp = 0;
-        const Mesh2* const shape = profile.shape(0.5, 20.0, stamp);
+        const Mesh2* const shape = profile.getShape(0.5, 20.0, stamp);
         ASSERT_EQ(shape != nullptr, c.loops > 0);
         if (shape == nullptr) continue;
         EXPECT_EQ(shape->faceCount(), c.loops);
@@ -119,10 +119,10 @@ TEST(ProfileI, LoopsWithoutAreaAreNoPartOfTheShape) {
             << "what is left out leaves no vertices behind";
         // The same again without a change; a touch raises the revision.
         const std::uint32_t before = stamp;
-        EXPECT_EQ(profile.shape(0.5, 20.0, stamp), shape);
+        EXPECT_EQ(profile.getShape(0.5, 20.0, stamp), shape);
         EXPECT_EQ(stamp, before);
         profile.touch();
-        profile.shape(0.5, 20.0, stamp);
+        profile.getShape(0.5, 20.0, stamp);
         EXPECT_NE(stamp, before);
     }
 }

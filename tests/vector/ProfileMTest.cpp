@@ -153,7 +153,7 @@ TEST_F(Cycle, SpeaksForTheShownPicture) {
     EXPECT_EQ(pictures_[1]->changeCount(), before + 2);
     EXPECT_EQ(cycle_.inputProfile(), pictures_[1]->inputProfile());
     std::uint32_t stamp = 0;
-    ASSERT_NE(cycle_.shape(1.0, 20.0, stamp), nullptr);
+    ASSERT_NE(cycle_.getShape(1.0, 20.0, stamp), nullptr);
     EXPECT_EQ(stamp, pictures_[1]->changeCount());
     EXPECT_EQ(cycle_.bounds().xmin, 100.0);
     EXPECT_EQ(cycle_.bounds().xmax, 110.0);
@@ -162,7 +162,7 @@ TEST_F(Cycle, SpeaksForTheShownPicture) {
     EXPECT_EQ(cycle_.selectedProfile(), nullptr);
     EXPECT_EQ(cycle_.changeCount(), 0U);
     EXPECT_EQ(cycle_.inputProfile(), nullptr);
-    EXPECT_EQ(cycle_.shape(1.0, 20.0, stamp), nullptr);
+    EXPECT_EQ(cycle_.getShape(1.0, 20.0, stamp), nullptr);
     EXPECT_EQ(cycle_.bounds().xmin, 0.0);
     EXPECT_EQ(cycle_.bounds().xmax, 0.0);
 
@@ -326,7 +326,7 @@ TEST_F(Cycle, SweepAndImportFollowThePictures) {
     ASSERT_NE(copy->frameAt(1), nullptr);
     EXPECT_EQ(&copy->frameAt(1)->scene(), &other);
     std::uint32_t stamp = 0;
-    ASSERT_NE(copy->shape(1.0, 20.0, stamp), nullptr);
+    ASSERT_NE(copy->getShape(1.0, 20.0, stamp), nullptr);
     EXPECT_EQ(copy->bounds().xmin, 100.0) << "not the other one";
 
     // A copy beside the original has the same pictures.

@@ -119,7 +119,7 @@ TEST_F(ProfileTTest, LettersStandAtThePen) {
         const std::vector<Vec2> found = pens(text);
         ASSERT_EQ(found.size(), c.expected.size()) << c.text;
         std::uint32_t stamp = 0;
-        const Mesh2* const shape = text.shape(0.1, 20.0, stamp);
+        const Mesh2* const shape = text.getShape(0.1, 20.0, stamp);
         ASSERT_NE(shape, nullptr);
         ASSERT_EQ(shape->faceCount(), static_cast<int>(found.size())) << c.text;
         for (std::size_t i = 0; i < found.size(); ++i) {
@@ -161,18 +161,18 @@ TEST_F(ProfileTTest, ShapesAreKeptUntilSomethingChanges) {
     text.setText("AB");
     std::uint32_t first = 0;
     std::uint32_t stamp = 0;
-    ASSERT_NE(text.shape(0.1, 20, first), nullptr);
+    ASSERT_NE(text.getShape(0.1, 20, first), nullptr);
     EXPECT_NEAR(text.bounds().xmin, -40, 1e-5);
     EXPECT_NEAR(text.bounds().ymax, 80, 1e-5);
     text.setPointSize(50);  // waits for touch()
-    text.shape(0.1, 20, stamp);
+    text.getShape(0.1, 20, stamp);
     EXPECT_EQ(stamp, first);
     EXPECT_EQ(text.changeCount(), first);
     text.touch();
-    text.shape(0.1, 20, stamp);
+    text.getShape(0.1, 20, stamp);
     EXPECT_NE(stamp, first);
     EXPECT_NEAR(text.bounds().xmin, -20, 1e-5);
-    text.shape(0.2, 20, first);
+    text.getShape(0.2, 20, first);
     EXPECT_NE(stamp, first);
 
     ProfileT copy(scene, text, "copy");
@@ -264,7 +264,7 @@ TEST_F(ProfileTTest, AFontThatIsNotThereLeavesNoOutlines) {
     EXPECT_EQ(text.font().name, "missing name.ttf");
     EXPECT_TRUE(std::isnan(text.font().height));
     EXPECT_EQ(text.font().glyph('A').advance, 50.0f);  // metrics stay
-    const Mesh2* const shape = text.shape(0.1, 20, stamp);
+    const Mesh2* const shape = text.getShape(0.1, 20, stamp);
     ASSERT_NE(shape, nullptr);
     EXPECT_EQ(shape->faceCount(), 0);
     EXPECT_NE(written(text).find(" fontName \"missing name.ttf\" 3\n"), std::string::npos);
@@ -301,7 +301,7 @@ TEST_F(ProfileTTest, ReadsGlyphsWithCareAndRefusesNonsense) {
         testing::internal::GetCapturedStderr();
         std::uint32_t stamp = 0;
         if (c.expected != kSuccess) continue;
-        const Mesh2* const shape = read.shape(0.1, 20, stamp);
+        const Mesh2* const shape = read.getShape(0.1, 20, stamp);
         ASSERT_NE(shape, nullptr) << c.lines;
         EXPECT_EQ(shape->faceCount(), c.loops) << c.lines;
     }

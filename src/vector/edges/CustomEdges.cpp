@@ -35,7 +35,7 @@ std::vector<std::filesystem::path> filesIn(const std::filesystem::path& folder) 
 
 bool makesSolids(ProfileI& edge) {
     std::uint32_t stamp = 0;
-    const Mesh2* const shape = edge.shape(kFlatness, defaultHardShadingAngle(), stamp);
+    const Mesh2* const shape = edge.getShape(kFlatness, defaultHardShadingAngle(), stamp);
     return shape != nullptr &&
            static_cast<std::size_t>(shape->faceCount()) == edge.inputProfile()->paths.size();
 }
