@@ -6,6 +6,7 @@ const Mesh2* OutlineProfile::getShape(double tolerance, double hardAngle, std::u
     prepare();
     if (shapeCount_ != changeCount_ || tolerance != tolerance_) {
         tolerance_ = tolerance;
+        shapeCount_ = 0;  // what a flattening that fails leaves behind is no shape
         shape_.clear();
         if (flatten(tolerance, hardAngle, shape_) != kSuccess) return nullptr;
         touch();

@@ -283,6 +283,19 @@ TEST(ObjectX, BuildsOnlyWhenSomethingChanged) {
     EXPECT_FALSE(card.object.needsUpdate(1));
 }
 
+TEST(OutlineProfile, KeepsNoShapeThatFailed) {
+    SceneX scene;
+    test::CurveProfile profile(scene, "p");
+    profile.addCircle({0, 0}, 10);
+    std::uint32_t stamp = 0;
+    ASSERT_NE(profile.getShape(0.5, 20.0, stamp), nullptr);
+    profile.outline().paths[0].curves.emplace_back(
+        Curve2::Type::kBezier, std::vector<Vec2>(Curve2::kMaxControlPoints + 1));
+    EXPECT_NE(profile.getShape(0.5, 20.0, stamp), nullptr) << "nobody told of a change";
+    for (int i = 0; i < 2; ++i)
+        EXPECT_EQ(profile.getShape(0.1, 20.0, stamp), nullptr);
+}
+
 TEST(ObjectX, OddOutlinesGiveAMeshOrNothing) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     const std::vector<std::vector<Vec2>> outlines[] = {
