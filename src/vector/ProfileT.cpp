@@ -81,7 +81,7 @@ void ProfileT::touch() {
 // Of a visible character; 0 for others.
 double ProfileT::advanceOf(char c) const {
     const float advance = font_.glyph(static_cast<unsigned char>(c)).advance;
-    return advance > 0.0f ? static_cast<double>(advance) * (pointSize_ * 0.01) : 0.0;
+    return advance > 0.0f ? static_cast<double>(advance) * letterScale_ : 0.0;
 }
 
 // The kerning before a letter counts here if the letter before it has any, and behind a letter in
@@ -117,6 +117,7 @@ void ProfileT::setLine(const Line& line, double spacing, Vec2& pen) {
 void ProfileT::layOut() {
     letters_.clear();
     curvesBuilt_ = false;
+    letterScale_ = pointSize_ * 0.01;
     const TextFont::Measures measures = font_.measures();
     const double spacing = measures.width * letterSpacing_;
     const std::string_view text = text_;
@@ -154,7 +155,7 @@ void ProfileT::prepare() {
 
 InputProfile2 ProfileT::sizedOutline(unsigned char code) const {
     InputProfile2 outline = font_.glyph(code).outline;
-    if (pointSize_ != 100.0) outline.scale(pointSize_ * 0.01);
+    if (letterScale_ != 1.0) outline.scale(letterScale_);
     return outline;
 }
 

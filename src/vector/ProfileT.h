@@ -115,6 +115,7 @@ class ProfileT final : public OutlineProfile {
 
     std::vector<Letter> letters_;
     bool laidOut_ = false;       // letters_ are up to date
+    double letterScale_ = 1.0;   // of their outlines: later sizes wait for the next layout
     bool curvesBuilt_ = false;   // and outline() is too
     std::size_t pointsDue_ = 0;  // of the curve that the stream is filling
 };

@@ -168,6 +168,9 @@ TEST_F(ProfileTTest, ShapesAreKeptUntilSomethingChanges) {
     text.getShape(0.1, 20, stamp);
     EXPECT_EQ(stamp, first);
     EXPECT_EQ(text.changeCount(), first);
+    text.getShape(0.3, 20, stamp);  // flattened anew, laid out as before
+    EXPECT_NEAR(text.bounds().ymax, 80, 1e-5);
+    EXPECT_NEAR(text.inputProfile()->paths[0].curves[0].points()[2].y, 80, 1e-5);
     text.touch();
     text.getShape(0.1, 20, stamp);
     EXPECT_NE(stamp, first);
