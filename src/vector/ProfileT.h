@@ -57,12 +57,13 @@ class ProfileT final : public OutlineProfile {
     /// Percent; glyphs and advances grow with it, leading and letter spacing don't.
     void setPointSize(double percent) { pointSize_ = percent; }
     void setFontParms(float height, float width);
-    /// A kerning of zeros for so many characters, at most kMostKerning.
+    /// A kerning of zeros for so many characters, at most kMostKerning: a line of a file asks for
+    /// any number, and no text that a project holds is longer.
     void setKerningLength(std::size_t length);
     /// What the pen moves by behind character `i`, in em. Nothing out of range.
     void setKerningAt(std::size_t i, double em);
 
-    static constexpr std::size_t kMostKerning = 65536;
+    static constexpr std::size_t kMostKerning = 4096;
 
     const std::string& text() const { return text_; }
     Justify justify() const { return justify_; }
@@ -114,8 +115,8 @@ class ProfileT final : public OutlineProfile {
     TextFont::Glyph* currentGlyph_ = nullptr;  // that the stream is filling
 
     std::vector<Letter> letters_;
-    bool laidOut_ = false;       // letters_ are up to date
     double letterScale_ = 1.0;   // of their outlines: later sizes wait for the next layout
+    bool laidOut_ = false;       // letters_ are up to date
     bool curvesBuilt_ = false;   // and outline() is too
     std::size_t pointsDue_ = 0;  // of the curve that the stream is filling
 };
