@@ -163,7 +163,7 @@ int ProfileM::randomPicture(int frame, int count) {
 int ProfileM::beforeStart(int count) {
     switch (cycleOption_) {
         case CycleOption::kRandomize:
-            return randomPicture(startFrame_, count);
+            return randomPicture(std::min(startFrame_, totalFrames() - 1), count);
         case CycleOption::kReversePlayOnce:
         case CycleOption::kReversePlayThenHold:
         case CycleOption::kReverseLoop:

@@ -74,7 +74,7 @@ class ProfileM final : public Profile {
     /// The picture of the current frame, null for none. A picture that comes anew is touched.
     Profile* selectedProfile();
 
-    // ---- the shown profile's; 0, null, an empty shape and a box of zeros without one
+    // ---- the shown profile's; 0, null and a box of zeros without one
 
     std::uint32_t changeCount() override;
     void touch() override;

@@ -300,6 +300,7 @@ TEST_F(Cycle, ReadsPicturesThatComeLaterAndForgetsStrangers) {
     EXPECT_EQ(read->frameAt(0), scene.memberByName("late"));
     EXPECT_EQ(read->cycleOption(), CycleOption::kRandomize);
     EXPECT_EQ(read->startFrame(), 500) << "the clock isn't set when a project is read";
+    EXPECT_EQ(read->pictureAt(0), 0) << "before a start that is past the end";
 }
 
 TEST_F(Cycle, SweepAndImportFollowThePictures) {
