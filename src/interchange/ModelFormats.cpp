@@ -16,6 +16,7 @@
 #include "interchange/lightwave/LwoReader.h"
 #include "interchange/lightwave/LwoWriter.h"
 #include "scene/SceneX.h"
+#include "toolkit/Ascii.h"
 #include "toolkit/Questions.h"
 #include "toolkit/platform/Platform.h"
 
@@ -53,11 +54,8 @@ const Format* formatOf(ModelFileType type) {
 }
 
 std::string lastFourLowered(const std::filesystem::path& path) {
-    std::string name = platform::textFromPath(path.filename());
-    name.erase(0, name.size() < 4 ? 0 : name.size() - 4);
-    for (char& c : name)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return name;
+    const std::string name = platform::textFromPath(path.filename());
+    return lowerCase(std::string_view(name).substr(name.size() < 4 ? 0 : name.size() - 4));
 }
 
 void reportUnknownExtension(const std::filesystem::path& path) {

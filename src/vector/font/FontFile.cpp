@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <memory>
 
+#include "toolkit/Ascii.h"
 #include "vector/font/TrueTypeReader.h"
 #include "vector/font/Type1Reader.h"
 
@@ -13,10 +14,7 @@ namespace {
 
 std::string extensionOf(std::string_view path) {
     const std::size_t dot = path.rfind('.');
-    std::string extension(dot == std::string_view::npos ? std::string_view() : path.substr(dot));
-    for (char& c : extension)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return extension;
+    return dot == std::string_view::npos ? std::string() : lowerCase(path.substr(dot));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "toolkit/Ascii.h"
 #include "toolkit/platform/Platform.h"
 #include "vector/font/FontFile.h"
 
@@ -19,13 +20,6 @@ constexpr std::array<std::string_view, 9> kPlainFonts = {
     "arial.ttf",    "liberationsans-regular.ttf", "dejavusans.ttf", "notosans-regular.ttf",
     "freesans.ttf", "opensans-regular.ttf",       "verdana.ttf",    "segoeui.ttf",
     "vera.ttf"};
-
-std::string lowerCase(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return lower;
-}
 
 struct Installed {
     std::string name;  // of the file, in lower case
