@@ -52,7 +52,8 @@ std::string rangeText(double min, double max) {
 }  // namespace
 
 OptionSpec verboseOption() {
-    return {"--verbose", "", "shows the reports of geometry and renderer, on standard error"};
+    return {"--verbose", "",
+            "shows the reports of geometry, fonts and renderer, on standard error"};
 }
 
 std::string ParsedOptions::value(std::string_view name, std::string_view fallback) const {

@@ -103,12 +103,13 @@ std::string fontPath(const apps::ParsedOptions& options) {
     return platform::textFromPath(installed);
 }
 
-/// Throws where the file gives no outlines, with the reason.
-void chooseFont(ProfileT& text, const std::string& path) {
+/// Throws where the file gives no outlines, with the reason; `verbose` reports all that is in it.
+void chooseFont(ProfileT& text, const std::string& path, bool verbose) {
     std::FILE* const file = platform::openFile(platform::pathFromText(path), "rb");
     if (file == nullptr) throw apps::Failure("can't open " + quoted(path));
     std::fclose(file);
     {
+        setFontDiagnostics(verbose);
         const FontFile font(path, -1);
         if (font.hasError()) throw apps::Failure(quoted(path) + ": " + font.errorText());
     }
@@ -129,21 +130,30 @@ std::string listed(const std::string& codes) {
 
 void tellOddLetters(const ProfileT& text) {
     std::string missing;
+    std::string narrow;
     std::string astray;
     bool any = false;
     for (const char c : text.text()) {
         if (c == '\n' || c == '\r') continue;
         const TextFont::Glyph& glyph = text.font().glyph(static_cast<unsigned char>(c));
-        const bool visible = glyph.advance > 0.0F && !glyph.outline.paths.empty();
-        any = any || visible;
-        if (!visible && !(glyph.advance > 0.0F) && missing.find(c) == std::string::npos)
-            missing += c;
-        if (visible && astray.find(c) == std::string::npos && glyph.isAstray()) astray += c;
+        const bool drawn = !glyph.outline.paths.empty();
+        const bool wide = glyph.advance > 0.0F;
+        any = any || (drawn && wide);
+        std::string& kind = wide ? astray : drawn ? narrow : missing;
+        const bool odd = !wide || glyph.isAstray();
+        if (odd && kind.find(c) == std::string::npos) kind += c;
     }
-    if (!any) throw apps::Failure("nothing of the text shows: it has no letter that the font has");
+    if (!any)
+        throw apps::Failure(narrow.empty()
+                                ? "nothing of the text shows: it has no letter that the font has"
+                                : "nothing of the text shows: the font gives its letters no width");
     if (!missing.empty())
         std::fprintf(stderr, "orvinex: the font has nothing for code %s\n",
                      listed(missing).c_str());
+    if (!narrow.empty())
+        std::fprintf(stderr,
+                     "orvinex: the font gives the letter of code %s no width: it doesn't show\n",
+                     listed(narrow).c_str());
     if (!astray.empty())
         std::fprintf(stderr,
                      "orvinex: the letter of code %s lies far outside: the font mirrors a part of "
@@ -167,8 +177,17 @@ double bounded(const apps::ParsedOptions& options, const char* name, double usua
     return value;
 }
 
+/// Projects write ends of lines and tabs with a backslash, and no backslash otherwise.
+void refuseLostBackslash(const std::string& text) {
+    for (const char* const lost : {"\\n", "\\r", "\\t"})
+        if (text.find(lost) != std::string::npos)
+            throw apps::Failure("a project can't hold a text with a backslash before n, r or t");
+}
+
 void setText(ProfileT& text, const apps::ParsedOptions& options) {
-    text.setText(codesOf(withLineEnds(options.positional()[0])));
+    const std::string wanted = withLineEnds(options.positional()[0]);
+    refuseLostBackslash(wanted);
+    text.setText(codesOf(wanted));
     text.setJustify(justifyOption(options));
     text.setTextParms(bounded(options, "--leading", text.leading(), 0.0, 20.0,
                               "Text leading must be between 0 and 2000%."),
@@ -192,7 +211,7 @@ int textCommand(const apps::ParsedOptions& options) {
     auto& text = scene.make<ProfileT>(scene.uniqueName("Text"));
     setText(text, options);
     const std::string font = fontPath(options);
-    chooseFont(text, font);
+    chooseFont(text, font, options.has(apps::verboseOption().name));
     if (!options.has("--font") && !options.has("--quiet"))
         std::fprintf(stderr, "orvinex: font %s\n", font.c_str());
     tellOddLetters(text);
