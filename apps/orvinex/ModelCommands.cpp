@@ -66,6 +66,9 @@ int exportCommand(const apps::ParsedOptions& options) {
     settings.lwob = options.has("--lwob");
     if (settings.lwob && modelFormatOf(platform::pathFromText(output)) != ModelFileType::kLwo)
         throw apps::UsageError("--lwob goes with a .lwo file");
+    if (options.has("--frame") && options.has("--frames"))
+        throw apps::UsageError("only one of --frame and --frames goes");
+    settings.allFrames = !options.has("--frame");
     Project project;
     openProject(project, options.positional()[0]);
     if (options.has("--frames"))

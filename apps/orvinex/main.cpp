@@ -93,8 +93,8 @@ std::vector<Command> commands(apps::ProgramOutput& output) {
           {kOut,
            {"--object", "NAME", "only this object; may be repeated"},
            {"--quality", "preview|render", "how finely curves are divided (render)"},
-           {"--frame", "N", "the frame that changing outlines show (0)"},
-           {"--frames", "TOTAL", "all frames of changing outlines"},
+           {"--frame", "N", "only this frame of changing outlines, from 0 (all)"},
+           {"--frames", "TOTAL", "how many frames of changing outlines there are (30)"},
            {"--lwob", "",
             "a .lwo file as LightWave 5 and before read it: no layers, no texture coordinates, at "
             "most 65535 points (LWO2)"},

@@ -109,13 +109,15 @@ Result walkExport(std::span<MeshObject* const> objects, const ExportOptions& opt
     const FrameKeeper keeper;
     for (MeshObject* const object : objects) {
         const bool animated = object->isAnimated();
-        const int frames = animated ? totalFrames() : 1;
-        for (int frame = 0; frame < frames; ++frame) {
-            if (animated) setCurrentFrame(frame);
+        const bool each = animated && options.allFrames;
+        const int first = each ? 0 : keeper.frame();
+        const int end = each ? totalFrames() : first + 1;
+        for (int frame = first; frame < end; ++frame) {
+            if (each) setCurrentFrame(frame);
             const Result result = visitOnce(*object, animated ? frame : -1);
             if (result != kSuccess) return result;
         }
-        if (animated) setCurrentFrame(keeper.frame());
+        if (each) setCurrentFrame(keeper.frame());
     }
     if (objects.empty()) std::fprintf(stderr, "%s: no geometry to export!\n", writerName.c_str());
     return anything ? kSuccess : kFailure;

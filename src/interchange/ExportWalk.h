@@ -24,6 +24,7 @@ struct ExportOptions {
     std::string_view lineEnd = "\n";  // of formats that are text
     int quality = 1;                  // of the meshes: 0 preview, 1 render
     bool lwob = false;                // LightWave objects: the form of LightWave 5 and before
+    bool allFrames = true;            // of animated objects; else the current frame alone
 };
 
 /// One object at one frame.
@@ -59,10 +60,10 @@ using ExportVisitor = std::function<Result(const ExportPart&)>;
 std::string onOneLine(std::string text);
 
 /// Calls `visit` for each object that has elements; for an animated one at every frame of the frame
-/// clock (scene/FrameClock.h), for others at the current frame. One without is passed over with
-/// "<writer>: no geometry to export!" on standard error. -1 where there is nothing at all, where a
-/// visit failed, or when the progress callback stopped it (polled every 5000 polygons). The current
-/// frame is as before afterwards, however it ends.
+/// clock (scene/FrameClock.h), unless the options say otherwise, for others at the current frame.
+/// One without is passed over with "<writer>: no geometry to export!" on standard error. -1 where
+/// there is nothing at all, where a visit failed, or when the progress callback stopped it (polled
+/// every 5000 polygons). The current frame is as before afterwards, however it ends.
 Result walkExport(std::span<MeshObject* const> objects, const ExportOptions& options,
                   std::string_view writer, const ExportVisitor& visit);
 
