@@ -170,6 +170,11 @@ class Blurrer {
 
 }  // namespace
 
+BlurSettings blurSettings(const RenderParams& params) {
+    return {params.blurOption == 2, static_cast<double>(params.blurRadius),
+            static_cast<double>(params.blurContrast)};
+}
+
 std::vector<double> blurKernel(double radius) {
     const double r = usableRadius(radius);
     const int half = halfSize(r);

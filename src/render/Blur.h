@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "render/image/ImageBuffer.h"
+#include "scene/RenderParams.h"
 
 namespace orvin {
 
@@ -13,6 +14,9 @@ struct BlurSettings {
     double radius = 1.0;        // pixels; held in 0 to 64, NaN counts as 0
     double contrast = 1.0;      // scales the thresholds of onlyContrast
 };
+
+/// Those of a frame whose blurOption isn't 0.
+BlurSettings blurSettings(const RenderParams& params);
 
 /// The weights along one axis: the filter's weight at (i, j) is kernel[i] * kernel[j]. They sum to
 /// 1; tap i lies i - size / 2 pixels from the pixel. Only at radius 1 is the peak on the pixel

@@ -188,6 +188,15 @@ Result LightX::writeBody(SceneStream& stream) {
     return failed ? kFailure : kSuccess;
 }
 
+std::vector<LightX*> enabledLights(const SceneX& scene) {
+    std::vector<LightX*> lights;
+    for (SceneMember* member : scene.members(MemberKind::kLight)) {
+        auto* light = dynamic_cast<LightX*>(member);
+        if (light != nullptr && light->isEnabled()) lights.push_back(light);
+    }
+    return lights;
+}
+
 std::string_view lightTypeName(LightType type) {
     return kTypeNames[static_cast<std::size_t>(type)];
 }

@@ -12,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "render/CameraX.h"
 #include "render/Rgba.h"
@@ -143,6 +144,9 @@ class LightX final : public CameraX {
     int xres_ = 512;
     int yres_ = 512;
 };
+
+/// The lights of a scene that are on, in scene order.
+std::vector<LightX*> enabledLights(const SceneX& scene);
 
 std::string_view lightTypeName(LightType type);
 std::optional<LightType> lightTypeNamed(std::string_view word);

@@ -46,15 +46,6 @@ class PixelProgress {
     std::int64_t total_;
 };
 
-std::vector<LightX*> enabledLights(const SceneX& scene) {
-    std::vector<LightX*> lights;
-    for (SceneMember* member : scene.members(MemberKind::kLight)) {
-        auto* light = dynamic_cast<LightX*>(member);
-        if (light != nullptr && light->isEnabled()) lights.push_back(light);
-    }
-    return lights;
-}
-
 // False when the frame is to stop.
 bool prepareLights(SceneX& scene, const std::vector<LightX*>& lights, const RenderParams& params) {
     const bool shadows = (params.flags & RenderParams::kShadows) != 0;
@@ -118,12 +109,8 @@ bool paintTiles(const VisibilityBuffer& visibility, const FrameShading& shading,
 
 // False when the frame is to stop.
 bool blur(ImageBuffer& image, const RenderParams& params, PixelProgress& progress) {
-    BlurSettings settings;
-    settings.onlyContrast = params.blurOption == 2;
-    settings.radius = static_cast<double>(params.blurRadius);
-    settings.contrast = static_cast<double>(params.blurContrast);
-    const Result result =
-        blurImage(image, settings, [&](int) { return progress.rowDone(image.width()) ? 0 : 1; });
+    const Result result = blurImage(image, blurSettings(params),
+                                    [&](int) { return progress.rowDone(image.width()) ? 0 : 1; });
     if (result != kSuccess && progressStop() == 0) throw kImageBufferFailed;
     return result == kSuccess;
 }

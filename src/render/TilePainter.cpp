@@ -41,10 +41,8 @@ Spread<Vec3> worldTangents(std::array<Vec3, 3> corners, const Matrix4& worldFrom
 FrameShading::FrameShading(const VisibilityBuffer& buffer, const SceneX& scene)
     : visibility(buffer) {
     if (CameraX* camera = buffer.camera()) eye = camera->world().origin();
-    for (SceneMember* member : scene.members(MemberKind::kLight)) {
-        const auto* light = dynamic_cast<const LightX*>(member);
-        if (light != nullptr && light->isEnabled()) lights.push_back(light);
-    }
+    for (const LightX* light : enabledLights(scene))
+        lights.push_back(light);
     for (const SceneMember* surface : buffer.surfaces()) {
         const auto* material = dynamic_cast<const MaterialX*>(surface);
         materials.push_back(material != nullptr ? ShadeMaterial(*material) : ShadeMaterial());

@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "geometry/ShownObjects.h"
 #include "geometry/Surface.h"
 #include "render/CameraX.h"
 #include "render/TileGrid.h"
@@ -71,9 +72,7 @@ VisibilityBuffer::VisibilityBuffer(SceneX& scene, CameraX* camera, const RenderP
 void VisibilityBuffer::addObjects(SceneX& scene, const RenderParams& params,
                                   const Matrix4& cameraFromWorld, TriangleSetup& setup) {
     std::vector<bool> opaque;  // of each surface
-    for (SceneMember* member : scene.members(MemberKind::kObject)) {
-        auto* owner = dynamic_cast<MeshObject*>(member);
-        if (owner == nullptr || !owner->isEnabled()) continue;
+    for (MeshObject* owner : shownObjects(scene)) {
         std::uint32_t revision = 0;
         const Mesh3* mesh = owner->mesh(params.bestGeometry, revision);
         if (mesh == nullptr || mesh->faceCount() == 0) continue;

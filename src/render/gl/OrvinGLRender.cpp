@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "geometry/ShownBounds.h"
+#include "geometry/ShownObjects.h"
 #include "render/Blur.h"
 #include "render/CameraX.h"
 #include "render/gl/GlApi.h"
@@ -62,11 +62,7 @@ std::string errorText(GLenum error) {
 }
 
 Result blurred(ImageBuffer& picture, const RenderParams& params) {
-    BlurSettings settings;
-    settings.onlyContrast = params.blurOption == 2;
-    settings.radius = static_cast<double>(params.blurRadius);
-    settings.contrast = static_cast<double>(params.blurContrast);
-    return blurImage(picture, settings,
+    return blurImage(picture, blurSettings(params),
                      [&](int row) { return pollProgress(row, picture.height()); });
 }
 

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "geometry/ShownObjects.h"
 #include "render/gl/ConeTexels.h"
 #include "render/gl/GlApi.h"
 #include "scene/SceneX.h"
@@ -72,9 +73,7 @@ void resetTextureMatrix() {
 
 std::vector<ScenePasses::Item> ScenePasses::gather(SceneX& scene, MeshForm form) {
     std::vector<Item> items;
-    for (SceneMember* member : scene.members(MemberKind::kObject)) {
-        auto* object = dynamic_cast<MeshObject*>(member);
-        if (object == nullptr || !object->isEnabled()) continue;
+    for (MeshObject* object : shownObjects(scene)) {
         Item item;
         item.cameraFromObject = object->world() * view_.cameraFromWorld;
         item.mirrored = item.cameraFromObject.determinant3() < 0.0;
@@ -107,9 +106,7 @@ void ScenePasses::setLights(SceneX& scene) {
     GLint most = 0;
     glGetIntegerv(GL_MAX_LIGHTS, &most);
     unsigned name = GL_LIGHT0;
-    for (SceneMember* member : scene.members(MemberKind::kLight)) {
-        auto* light = dynamic_cast<LightX*>(member);
-        if (light == nullptr || !light->isEnabled()) continue;
+    for (const LightX* light : enabledLights(scene)) {
         if (name == GL_LIGHT0 + static_cast<unsigned>(most)) break;
         const FixedLight fixed = fixedLight(*light, options_.advancedLighting);
         const Matrix4 cameraFromLight = light->world() * view_.cameraFromWorld;

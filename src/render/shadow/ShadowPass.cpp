@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "geometry/MeshObject.h"
+#include "geometry/ShownObjects.h"
 #include "render/LightX.h"
 #include "render/VisibilityBuffer.h"
 #include "scene/SceneX.h"
@@ -43,9 +44,7 @@ void place(CameraX& camera, Vec3 eye, Vec3 axis) {
 // The box of all that casts, in the camera's axes.
 Box3 castersBox(const SceneX& scene, const Matrix4& cameraFromWorld, int quality) {
     Box3 box;
-    for (SceneMember* member : scene.members(MemberKind::kObject)) {
-        auto* object = dynamic_cast<MeshObject*>(member);
-        if (object == nullptr || !object->isEnabled()) continue;
+    for (MeshObject* object : shownObjects(scene)) {
         std::uint32_t revision = 0;
         object->mesh(quality, revision);  // the box is that of the last quality asked for
         box.merge(object->localBounds().under(object->world() * cameraFromWorld));

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "geometry/ShownBounds.h"
+#include "geometry/ShownObjects.h"
 #include "render/LightX.h"
 #include "scene/SceneX.h"
 

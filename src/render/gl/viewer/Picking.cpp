@@ -6,6 +6,7 @@
 #include <span>
 
 #include "geometry/MeshObject.h"
+#include "geometry/ShownObjects.h"
 #include "render/CameraX.h"
 #include "render/LightX.h"
 #include "render/gl/GlView.h"
@@ -82,9 +83,7 @@ std::optional<Ray> pixelRay(CameraX& camera, int x, int y, int width, int height
 
 std::optional<ObjectHit> pickObject(SceneX& scene, const Ray& worldRay, int quality) {
     std::optional<ObjectHit> first;
-    for (SceneMember* member : scene.members(MemberKind::kObject)) {
-        auto* object = dynamic_cast<MeshObject*>(member);
-        if (object == nullptr || !object->isEnabled()) continue;
+    for (MeshObject* object : shownObjects(scene)) {
         std::uint32_t revision = 0;
         const Mesh3* mesh = object->mesh(quality, revision);
         const auto objectFromWorld = object->world().inverse();
