@@ -1,7 +1,10 @@
 #include "orvinex/Authoring.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <string>
 
+#include "geometry/ObjectX.h"
 #include "orvinex/Commands.h"
 #include "orvinex/Framing.h"
 #include "setup/DefaultScene.h"
@@ -58,6 +61,8 @@ Authoring::Authoring(const apps::ParsedOptions& options)
     if (!adds_) outputOption(options);  // asks for one
     if (options.has("--set"))
         static_cast<void>(apps::wholeOption(options.value("--set"), "--set", 1, gSetCount - 1));
+    if (options.has("--flatness"))
+        flatness_ = apps::realOption(options.value("--flatness"), "--flatness", 1e-4, 1000.0);
     static_cast<void>(placement(options));  // wrong ones are told before any work
     if (adds_) openProject(project_, platform::pathFromText(options.value("--into")));
     objectsBefore_ = scene().count(MemberKind::kObject);
@@ -82,6 +87,8 @@ void Authoring::place() {
     const Matrix4 worldFromPlaced = placement(options_);
     scene().clearSelection();
     for (SceneMember* const member : scene().members(MemberKind::kObject).subspan(objectsBefore_)) {
+        if (auto* const outline = dynamic_cast<ObjectX*>(member); outline && flatness_ > 0.0)
+            outline->setFlatRender(flatness_);
         auto* const object = dynamic_cast<TransformMember*>(member);
         if (object == nullptr) continue;
         if (options_.has("--scale") || options_.has("--rotate") || options_.has("--move"))
@@ -100,7 +107,24 @@ void Authoring::finish() {
     place();
     turnCamera(scene(), options_);
     if (!adds_ || options_.has("--fit")) frameObjects(scene());
+    const auto materials = [this] {
+        std::vector<std::string> names;
+        for (const SceneMember* const member : scene().members(MemberKind::kMaterial))
+            names.push_back(member->name());
+        return names;
+    };
+    const std::vector<std::string> before = materials();
     saveProject(project_, platform::pathFromText(options_.value("-o", options_.value("--into"))));
+    if (!adds_ || options_.has("--quiet")) return;
+    // An author who wrote them by hand should know.
+    const std::vector<std::string> kept = materials();
+    std::string gone;
+    for (const std::string& name : before)
+        if (std::find(kept.begin(), kept.end(), name) == kept.end())
+            gone += (gone.empty() ? "'" : ", '") + name + "'";
+    if (!gone.empty())
+        std::fprintf(stderr, "orvinex: nothing wears %s, so the saved project is without\n",
+                     gone.c_str());
 }
 
 }  // namespace orvin::orvinex

@@ -37,6 +37,7 @@ class Authoring {
     Project project_;
     bool adds_;
     std::size_t objectsBefore_ = 0;
+    double flatness_ = 0.0;  // of the new objects' curves; 0: as they come
 };
 
 }  // namespace orvin::orvinex

@@ -81,7 +81,8 @@ void readArt(AIParser& parser, const std::filesystem::path& file, const AIOption
     parser.setFileSpec(file);
     parser.parse(wanted);
     if (parser.parserError() == AIParserError::kNotOpened)
-        throw apps::Failure("can't open " + shown);
+        throw apps::Failure("can't open " + shown +
+                            (std::filesystem::exists(file) ? "" : ": No such file or directory"));
     if (parser.parserError() == AIParserError::kNotIllustrator)
         throw apps::Failure(shown +
                             " is no Illustrator file of version 3 to 8 (later versions "

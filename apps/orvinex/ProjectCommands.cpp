@@ -4,6 +4,8 @@
 
 #include "geometry/MeshObject.h"
 #include "orvinex/Commands.h"
+#include "orvinex/RenderSettings.h"
+#include "orvinex/StyleOptions.h"
 #include "render/CameraX.h"
 #include "render/ImageFile.h"
 #include "render/LightX.h"
@@ -118,7 +120,16 @@ std::string infoText(const nlohmann::json& json) {
 int resaveCommand(const apps::ParsedOptions& options) {
     Project project;
     openProject(project, options.positional()[0]);
-    project.preferences().saveMode = options.has("--ascii") ? 1 : project.preferences().saveMode;
+    RenderState& state = project.renderState();
+    OrvinPreferences& preferences = project.preferences();
+    applyRenderSettings(options, state);
+    preferences.shadowQuality = state.viewer.shadowQuality;
+    state.setKeepsAlpha(onOffOption(options, "--alpha", state.keepsAlpha()));
+    if (options.has("--background"))
+        state.viewer.background = colorOption(options.value("--background"), "--background");
+    preferences.showTexturesComp =
+        onOffOption(options, "--draft-textures", preferences.showTexturesComp);
+    if (options.has("--ascii")) preferences.saveMode = 1;
     saveProject(project, outputOption(options));
     return apps::kExitDone;
 }

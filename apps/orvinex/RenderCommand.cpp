@@ -1,12 +1,12 @@
 // render: one still through the scene's own camera and lights.
 #include "common/Png.h"
 #include "orvinex/Commands.h"
+#include "orvinex/RenderSettings.h"
 #include "orvinex/RenderedPicture.h"
 #include "orvinex/ShownProgress.h"
 #include "render/CameraX.h"
 #include "render/gl/RenderWith.h"
 #include "render/gl/viewer/ViewerDrawing.h"
-#include "render/shadow/ShadowPass.h"
 #include "scene/FrameClock.h"
 
 namespace orvin::orvinex {
@@ -15,30 +15,12 @@ namespace {
 
 constexpr int kMaxFrame = 1 << 20;
 
-bool onOff(const std::string& text, const char* what) {
-    if (text != "on" && text != "off")
-        throw apps::UsageError(std::string(what) + " is 'on' or 'off', not '" + text + "'");
-    return text == "on";
-}
-
 RenderParams paramsFor(const apps::ParsedOptions& options, RenderState& state) {
-    if (options.has("--antialias"))
-        state.setAntiAliasLevel(
-            apps::wholeOption(options.value("--antialias"), "--antialias", 1, 17));
+    applyRenderSettings(options, state);
     if (options.has("--pixel-aspect")) {
         const apps::Ratio aspect =
             apps::ratioOption(options.value("--pixel-aspect"), "--pixel-aspect");
         state.setPixelAspect(static_cast<float>(aspect.num) / static_cast<float>(aspect.den));
-    }
-    if (options.has("--shadows"))
-        state.setRendersShadows(onOff(options.value("--shadows"), "--shadows"));
-    if (options.has("--shadow-quality"))
-        state.setShadowQuality(apps::wholeOption(options.value("--shadow-quality"),
-                                                 "--shadow-quality", 1, kMaxShadowResolution));
-    if (options.has("--size")) {
-        const apps::Size size = apps::sizeOption(options.value("--size"), "--size");
-        state.params.width = size.width;
-        state.params.height = size.height;
     }
     return state.params;
 }
@@ -84,9 +66,6 @@ int renderCommand(const apps::ParsedOptions& options) {
     SceneX& scene = project.mainScene();
     const RenderParams params = paramsFor(options, project.renderState());
 
-    const int method = options.has("--method")
-                           ? apps::wholeOption(options.value("--method"), "--method", 1, 4)
-                           : project.renderState().renderMethod;
     const std::string cameraName = options.value("--camera", kDefaultCamera);
     CameraX* const camera = scene.memberAs<CameraX>(MemberKind::kCamera, cameraName);
     if (camera == nullptr) throw apps::Failure("no camera is named '" + cameraName + "'");
@@ -98,7 +77,7 @@ int renderCommand(const apps::ParsedOptions& options) {
     SoftwareRenderOptions software;
     software.camera = camera;
     GlFrameOptions gl;
-    gl.style = rendererFor(method);
+    gl.style = rendererFor(project.renderState().renderMethod);
     gl.camera = camera;
     gl.advancedLighting = advancedLighting(options, project);
     OrvinGLRender openGl;
@@ -108,7 +87,10 @@ int renderCommand(const apps::ParsedOptions& options) {
         return renderWith(openGl, scene, params, gl, software);
     }();
     if (!image) throw apps::Failure("the frame was stopped");
-    apps::writePng(output, uprightPicture(*image));
+    apps::Picture picture = uprightPicture(*image);
+    if (options.has("--on-background"))
+        paintBehind(picture, project.renderState().viewer.background);
+    apps::writePng(output, picture);
     return apps::kExitDone;
 }
 

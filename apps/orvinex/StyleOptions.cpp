@@ -103,13 +103,9 @@ void applyEdgeMaterial(const apps::ParsedOptions& options, ObjectXStyle& style) 
 }
 
 std::string makeColor(const std::string& text, SceneX& scene) {
-    const std::vector<std::string> parts = splitAtCommas(text);
-    if (parts.size() != 3) throw apps::UsageError("--color takes R,G,B, each from 0 to 1");
-    Rgba color{0.0F, 0.0F, 0.0F, 1.0F};
-    for (std::size_t i = 0; i < parts.size(); ++i)
-        color[i] = static_cast<float>(apps::realOption(parts[i], "--color", 0.0, 1.0));
+    const std::array<float, 3> color = colorOption(text, "--color");
     auto& material = scene.make<MaterialX>(scene.uniqueName("Color"));
-    material.setDiffuse(color);
+    material.setDiffuse({color[0], color[1], color[2], 1.0F});
     return material.name();
 }
 
@@ -132,6 +128,7 @@ std::vector<apps::OptionSpec> withStyleOptions(std::vector<apps::OptionSpec> own
         {"--offset", "D", "moves the outline out by that distance, or in (0)"},
         {"--spike", "ANGLE", "cuts corners that are sharper, in degrees (0: none)"},
         {"--mitre", "fast|complex", "how edges meet at corners (fast)"},
+        {"--flatness", "D", "how far lines may be from the curves they stand for, in units (0.5)"},
         {"--parts", "LIST", "of front, back, perim and hole, with commas between (all)"},
         {"--edge-material", "NAME", "another material for the edges"},
     };
@@ -141,6 +138,16 @@ std::vector<apps::OptionSpec> withStyleOptions(std::vector<apps::OptionSpec> own
 
 bool materialIsGiven(const apps::ParsedOptions& options) {
     return options.has("--color") || options.has("--material");
+}
+
+std::array<float, 3> colorOption(const std::string& text, const char* what) {
+    const std::vector<std::string> parts = splitAtCommas(text);
+    std::array<float, 3> color{};
+    if (parts.size() != color.size())
+        throw apps::UsageError(std::string(what) + " takes R,G,B, each from 0 to 1");
+    for (std::size_t i = 0; i < color.size(); ++i)
+        color[i] = static_cast<float>(apps::realOption(parts[i], what, 0.0, 1.0));
+    return color;
 }
 
 std::string materialOption(const apps::ParsedOptions& options, SceneX& scene) {

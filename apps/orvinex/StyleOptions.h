@@ -1,7 +1,8 @@
 // STYLE: the options by which commands that make objects tell how these look.
 #pragma once
 
-#include <string_view>
+#include <array>
+#include <string>
 #include <vector>
 
 #include "common/Options.h"
@@ -13,6 +14,9 @@ namespace orvin::orvinex {
 std::vector<apps::OptionSpec> withStyleOptions(std::vector<apps::OptionSpec> own);
 /// The same with the materials alone.
 std::vector<apps::OptionSpec> withMaterialOptions(std::vector<apps::OptionSpec> own);
+
+/// "R,G,B", each from 0 to 1. Throws UsageError.
+std::array<float, 3> colorOption(const std::string& text, const char* what);
 
 /// The material that --color makes or --material names, brought into the scene; empty for neither.
 /// Throws UsageError, or Failure for one that isn't there.

@@ -9,6 +9,7 @@
 #include "orvinex/Authoring.h"
 #include "orvinex/Commands.h"
 #include "orvinex/Framing.h"
+#include "orvinex/RenderSettings.h"
 #include "orvinex/StyleOptions.h"
 #include "toolkit/Errors.h"
 #include "toolkit/platform/Platform.h"
@@ -107,30 +108,35 @@ std::vector<Command> commands(apps::ProgramOutput& output) {
           1,
           1,
           "renders a still through the scene's own camera and lights",
-          {kOut,
-           {"--size", "WxH", "picture size in pixels (the project's)"},
-           {"--antialias", "LEVEL", "1 to 17, as in the anti-alias menu (the project's)"},
-           {"--method", "N",
-            "1 Orvinex Renderer, 2 Hi-Quality OpenGL, 3 Hiddenline, 4 Vector (the project's)"},
-           {"--gl-lighting", "HOW",
-            "of OpenGL: simple or advanced, with the soft cones of spot lights (the project's)"},
-           {"--furniture", "",
-            "as viewers show it: OpenGL with ground plane, guides, icons, names"},
-           {"--camera", "NAME", "camera to look through (dflt_cam)"},
-           {"--shadows", "on|off", "whether lights cast shadows (the project's)"},
-           {"--shadow-quality", "N", "texels along a side of each shadow map (the project's)"},
-           {"--frame", "N", "the frame that changing outlines show (0)"},
-           {"--pixel-aspect", "N/D", "width over height of a pixel (1)"},
-           kQuiet},
+          withRenderSettings(
+              {kOut,
+               {"--on-background", "", "opaque, on the project's background colour (transparent)"},
+               {"--gl-lighting", "HOW",
+                "of OpenGL: simple or advanced, with the soft cones of spot lights (the "
+                "project's)"},
+               {"--furniture", "",
+                "as viewers show it: OpenGL with ground plane, guides, icons, names"},
+               {"--camera", "NAME", "camera to look through (dflt_cam)"},
+               {"--frame", "N", "the frame that changing outlines show (0)"},
+               {"--pixel-aspect", "N/D", "width over height of a pixel (1)"},
+               kQuiet}),
           {"orvinex render logo.twp -o still.png --size 1920x1080 --antialias 7"}},
          renderCommand},
         {{"resave",
           "IN.twp -o OUT.twp",
           1,
           1,
-          "reads a project and writes it anew",
-          {kOut, {"--ascii", "", "thumbnails as text"}},
-          {"orvinex resave old.twp -o new.twp"}},
+          "reads a project and writes it anew, with other settings where options say so",
+          withRenderSettings(
+              {kOut,
+               {"--alpha", "on|off",
+                "whether frames of the effect keep their alpha or are opaque (the project's)"},
+               {"--background", "R,G,B",
+                "colour behind opaque frames, each from 0 to 1 (the project's)"},
+               {"--draft-textures", "on|off", "whether drafts show textures (the project's)"},
+               {"--ascii", "", "thumbnails as text"}}),
+          {"orvinex resave old.twp -o new.twp",
+           "orvinex resave logo.twp -o logo.twp --alpha on --size 1920x1080 --antialias 9"}},
          resaveCommand},
         {{"info",
           "PROJECT.twp",
