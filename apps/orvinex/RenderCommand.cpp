@@ -40,7 +40,7 @@ std::unique_ptr<ImageBuffer> viewerPicture(Project& project, const RenderParams&
     ViewerOptions viewer;
     viewer.camera = gl.camera;
     viewer.style = gl.style;
-    viewer.textures = gl.textures;
+    viewer.textures = project.preferences().showTexturesSetup;
     viewer.advancedLighting = gl.advancedLighting;
     viewer.background = block.background;
     viewer.pixelAspect = static_cast<double>(params.pixelAspect);
