@@ -111,20 +111,6 @@ TEST_F(MapTest, PlacementTurnsReflectionsAsNormals) {
     EXPECT_NEAR(r.y, 1.0, 1e-12);
 }
 
-TEST_F(MapTest, ResolvesOnlyWhatIsSwitchedOn) {
-    addLayerImage("|ExtMap2", picture(2, 2, PixelKind::kRgb,
-                                      [](int, int) { return std::array<std::uint8_t, 4>{}; }));
-    for (std::size_t use = 0; use < kMapUses; ++use)
-        material.setMap(static_cast<MapUse>(use), "|ExtMap2");
-    EXPECT_FALSE(material.resolveMaps().color);
-    material.setFlag(MaterialX::kBumpMap | MaterialX::kReflectionMap, true);
-    const MaterialMaps maps = material.resolveMaps();
-    EXPECT_TRUE(maps.bump);
-    EXPECT_TRUE(maps.reflection);
-    EXPECT_FALSE(maps.color);
-    EXPECT_FALSE(maps.transparency);
-}
-
 TEST_F(MapTest, KnowsItsLayerMaps) {
     material.setMap(MapUse::kBump, "|ExtMap2");
     ImageFile file(scene, "file");  // a file of that name behind an ordinary map
@@ -146,17 +132,6 @@ TEST_F(MapTest, MarksWhatItUsesToTheFile) {
     EXPECT_TRUE(map.marked);
     EXPECT_TRUE(file.marked);
     EXPECT_FALSE(loose.marked);
-}
-
-TEST(Material, IsTransparentWhateverItsFlagSays) {
-    MaterialX::Look look;
-    EXPECT_FALSE(look.isTransparent());
-    look.transparency = 0.25;
-    look.flags = 0;
-    EXPECT_TRUE(look.isTransparent());
-    look.transparency = 0.0;
-    look.flags = MaterialX::kTransparencyMap;
-    EXPECT_TRUE(look.isTransparent());
 }
 
 TEST(ImageFiles, AreLocatedOneByOne) {
