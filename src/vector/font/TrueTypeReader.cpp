@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
-#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "vector/font/FontBytes.h"
 #include "vector/font/SfntCursor.h"

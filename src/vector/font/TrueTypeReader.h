@@ -13,11 +13,9 @@
 // last whole point; a composite that names itself takes what it had before.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
-#include <vector>
+#include <string_view>
 
 #include "vector/font/FontFile.h"
 
