@@ -59,7 +59,7 @@ void peel(benchmark::State& state, const std::vector<Loops>& shapes) {
     for (auto _ : state) {
         polygons = 0;
         for (const PolyShape2& shape : welded)
-            FacePeeler(shape).forEachPolygon([&](const std::vector<int>& ids) {
+            FacePeeler(shape).forEachPolygon([&](std::span<const int> ids) {
                 benchmark::DoNotOptimize(ids.data());
                 ++polygons;
             });

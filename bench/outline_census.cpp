@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <map>
+#include <span>
 #include <string>
 #include <tuple>
 
@@ -72,7 +73,7 @@ Faces facesOf(const PolyShape2& shape) {
     FacePeeler peeler(std::move(welded));
     Faces faces;
     double area = 0.0;
-    peeler.forEachPolygon([&](const std::vector<int>& ids) {
+    peeler.forEachPolygon([&](std::span<const int> ids) {
         Loop piece;
         for (const int id : ids)
             piece.push_back(peeler.shape().vertices[static_cast<std::size_t>(id)]);

@@ -110,7 +110,7 @@ Mesh3 splitConcaveFaces(Mesh3 source) {
         }
         PolyShape2 shape;
         shape.addLoop(points, cornerNormals(points));
-        FacePeeler(std::move(shape)).forEachPolygon([&](const std::vector<int>& corners) {
+        FacePeeler(std::move(shape)).forEachPolygon([&](std::span<const int> corners) {
             addPiece(face, corners, target);
         });
     }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <random>
+#include <span>
 
 #include "tests/geometry/OutlineShapes.h"
 
@@ -24,7 +25,7 @@ Pieces peel(PolyShape2 shape) {
     shape.normalizeOrientation();
     FacePeeler peeler(std::move(shape));
     Pieces pieces;
-    peeler.forEachPolygon([&](const std::vector<int>& ids) {
+    peeler.forEachPolygon([&](std::span<const int> ids) {
         ++pieces.count;
         pieces.largest = std::max(pieces.largest, static_cast<int>(ids.size()));
         std::vector<Vec2> points;
@@ -166,7 +167,7 @@ TEST(FacePeeler, UnionsOfStarsAreFilledWhole) {
         EXPECT_EQ(pieces, peelPlainly(shape)) << k;
         FacePeeler peeler(shape);
         double filled = 0.0;
-        peeler.forEachPolygon([&](const std::vector<int>& ids) {
+        peeler.forEachPolygon([&](std::span<const int> ids) {
             std::vector<Vec2> points;
             for (const int id : ids)
                 points.push_back(shape.vertices[static_cast<std::size_t>(id)]);
@@ -200,7 +201,7 @@ TEST(FacePeeler, TiledFacesMeetWithoutLoss) {
     ASSERT_EQ(shape.tile(7, 7, 0, 0, false), kSuccess);
     FacePeeler peeler(shape);
     double area = 0.0;
-    peeler.forEachPolygon([&](const std::vector<int>& ids) {
+    peeler.forEachPolygon([&](std::span<const int> ids) {
         std::vector<Vec2> points;
         for (const int id : ids)
             points.push_back(peeler.shape().vertices[static_cast<std::size_t>(id)]);

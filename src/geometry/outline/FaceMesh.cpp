@@ -33,7 +33,7 @@ void meshFaces(const PolyShape2& shape, const FaceSettings& settings, Mesh3& mes
     const int backOffset = static_cast<int>(shape.vertices.size());
 
     std::vector<int> corners;
-    FacePeeler(shape).forEachPolygon([&](const std::vector<int>& ids) {
+    FacePeeler(shape).forEachPolygon([&](std::span<const int> ids) {
         const auto add = [&](int material) {
             mesh.addFace(ElementKind::kPolygon, material, corners, corners, corners);
         };

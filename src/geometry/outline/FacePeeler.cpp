@@ -33,6 +33,8 @@ void FacePeeler::begin() {
     std::vector<Vec2> points;
     std::vector<int> records;
     const std::size_t count = shape_.precs.size();
+    points.reserve(count);
+    records.reserve(count);
     previous_.assign(count, -1);
     firstWaiting_.assign(count, -1);
     open_.assign(count / kWordBits + 1, 0);
@@ -46,27 +48,26 @@ void FacePeeler::begin() {
     grid_.build(points, records);
 }
 
-/// The ids of all polygons, each followed by -1.
-std::vector<int> FacePeeler::peelAll() {
+void FacePeeler::peelAll() {
     const std::vector<Prec> given = shape_.precs;
-    std::vector<int> polygons;
-    polygons.reserve(2 * given.size());
-    peelInto(polygons);
-    if (!overgrown()) return polygons;
+    ids_.reserve(2 * given.size());
+    ends_.reserve(given.size() / 2);
+    peelOnce();
+    if (!overgrown()) return;
     shape_.precs = given;
     bridgeOnce_ = true;
     begin();
-    polygons.clear();
-    peelInto(polygons);
-    return polygons;
+    peelOnce();
 }
 
-void FacePeeler::peelInto(std::vector<int>& polygons) {
-    std::vector<int> ids;
-    while (!overgrown() && next(ids) && !overgrown()) {
-        if (ids.size() < 3) continue;
-        polygons.insert(polygons.end(), ids.begin(), ids.end());
-        polygons.push_back(-1);
+void FacePeeler::peelOnce() {
+    ids_.clear();
+    ends_.clear();
+    std::vector<int> polygon;
+    while (!overgrown() && next(polygon) && !overgrown()) {
+        if (polygon.size() < 3) continue;
+        ids_.insert(ids_.end(), polygon.begin(), polygon.end());
+        ends_.push_back(ids_.size());
     }
 }
 

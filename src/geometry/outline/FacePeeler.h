@@ -5,7 +5,9 @@
 // starts over. The shape is used up.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -35,14 +37,11 @@ class FacePeeler {
     /// then starts anew, and bridges the same two places for one piece no more.
     template <typename Emit>
     void forEachPolygon(Emit&& emit) {
-        std::vector<int> ids;
-        for (const int id : peelAll()) {
-            if (id >= 0) {
-                ids.push_back(id);
-                continue;
-            }
-            emit(ids);
-            ids.clear();
+        peelAll();
+        std::size_t from = 0;
+        for (const std::size_t end : ends_) {
+            emit(std::span<const int>(ids_.data() + from, end - from));
+            from = end;
         }
     }
 
@@ -61,8 +60,8 @@ class FacePeeler {
     };
 
     void begin();
-    std::vector<int> peelAll();
-    void peelInto(std::vector<int>& polygons);
+    void peelAll();
+    void peelOnce();
     void addRecord(Prec record);
     int openFrom(int start);
     void setOpen(int start);
@@ -93,6 +92,10 @@ class FacePeeler {
     std::size_t firstOpen_ = 0;      // words of open_ before it are 0
     std::vector<int> firstWaiting_;  // for each record
     std::vector<Waiting> waiting_;
+
+    // All polygons of a run.
+    std::vector<int> ids_;
+    std::vector<std::size_t> ends_;
 
     // The piece under construction, and the vertices that bridges to it joined.
     bool bridgeOnce_ = false;
