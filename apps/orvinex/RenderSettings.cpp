@@ -8,7 +8,9 @@ std::vector<apps::OptionSpec> withRenderSettings(std::vector<apps::OptionSpec> o
     own.insert(
         own.end(),
         {{"--size", "WxH", "picture size in pixels (the project's)"},
-         {"--antialias", "LEVEL", "1 to 17, as in the anti-alias menu (the project's)"},
+         {"--antialias", "LEVEL",
+          "1 none; 2, 6, 10 and 14 divide pixels by 2 x 2 to 5 x 5, the three above each soften, "
+          "too (the project's)"},
          {"--method", "N",
           "1 Orvinex Renderer, 2 Hi-Quality OpenGL, 3 Hiddenline, 4 Vector (the project's)"},
          {"--shadows", "on|off", "whether lights cast shadows (the project's)"},
