@@ -111,6 +111,7 @@ void chooseFont(ProfileT& text, const std::string& path, bool verbose) {
     {
         setFontDiagnostics(verbose);
         const FontFile font(path, -1);
+        fontReport("%s\n", std::string(fontStatusText(font.hasError())).c_str());
         if (font.hasError()) throw apps::Failure(quoted(path) + ": " + font.errorText());
     }
     text.setFont(path, -1);
