@@ -1,5 +1,7 @@
 #include "render/PixelTree.h"
 
+#include <bit>
+
 namespace orvin {
 
 // Layers are worked through without recursion, as a scene decides how many there are. Groups of a

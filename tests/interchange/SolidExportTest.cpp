@@ -2,7 +2,6 @@
 // sections by their materials.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <utility>
 
 #include "geometry/SmoothNormals.h"

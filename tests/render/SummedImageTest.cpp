@@ -1,7 +1,6 @@
 // Filtering against sums over every pixel, and against values worked out on paper.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 #include <memory>
 #include <random>

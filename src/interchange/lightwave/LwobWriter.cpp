@@ -1,6 +1,5 @@
 // LWOB: one list of points and one of polygons for all parts, without layers and texture maps.
 #include <algorithm>
-#include <cmath>
 #include <string>
 
 #include "interchange/lightwave/LwoFormat.h"

@@ -1,8 +1,6 @@
 // The viewers' drawing and picking.
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "render/gl/viewer/Picking.h"
 #include "render/gl/viewer/TinyFont.h"
 #include "render/gl/viewer/ViewerDrawing.h"

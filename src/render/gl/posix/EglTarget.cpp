@@ -5,7 +5,8 @@
 #include <dlfcn.h>
 
 #include <array>
-#include <utility>
+#include <string>
+#include <type_traits>
 
 #include "render/gl/GlTarget.h"
 

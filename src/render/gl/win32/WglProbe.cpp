@@ -1,7 +1,6 @@
 #include "render/gl/win32/WglProbe.h"
 
 #include <optional>
-#include <type_traits>
 
 #include "render/gl/ExtensionWords.h"
 

@@ -6,8 +6,6 @@
 #include <GL/gl.h>
 #include <GL/wglext.h>
 
-#include <memory>
-
 #include "render/gl/win32/WglWindow.h"
 
 namespace orvin::wgl {
