@@ -242,6 +242,12 @@ TEST(ObjectX, SpikesAreBluntedByTheirPullBack) {
     EXPECT_NEAR(loops[0][2].y, 4.9 * 190 / 200, 0.01);
     EXPECT_NEAR(loops[0][5].y, 10 - 4.9 * 190 / 200, 0.01);
     EXPECT_EQ(loops[0][7], (Vec2{0, 10}));
+
+    // There and back and on: a side that lies in the short edge itself is none.
+    PolyShape2 fold;
+    test::addLoop(fold, {{0.2, 0}, {0, 0}, {0.2, 0}, {10, 0}, {5, 9}});
+    removeSpikes(fold, 5, 0.1);
+    EXPECT_EQ(fold.precs.size(), 5U);
 }
 
 TEST(ObjectX, BuildsOnlyWhenSomethingChanged) {

@@ -78,14 +78,14 @@ std::optional<Tip> findTip(const Loop& points, const std::vector<char>& marks, s
     const std::size_t j = (i + 1) % n;
     if (n < 4 || marks[i] || marks[j] || !(length(points[j] - points[i]) > kNoTipEdge))
         return std::nullopt;
+    const auto isAtTip = [&](Vec2 point) { return point == points[i] || point == points[j]; };
     std::size_t p = (i + n - 1) % n;
     while (p != j && marks[p])
         p = (p + n - 1) % n;
     std::size_t q = (j + 1) % n;
     while (q != i && marks[q])
         q = (q + 1) % n;
-    if (p == j || q == i || points[p] == points[q] || points[p] == points[i] ||
-        points[q] == points[j])
+    if (p == j || q == i || points[p] == points[q] || isAtTip(points[p]) || isAtTip(points[q]))
         return std::nullopt;
     const Vec2 a = points[i] - points[p];
     const Vec2 b = points[q] - points[j];
