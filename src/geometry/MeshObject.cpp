@@ -1,5 +1,6 @@
 #include "geometry/MeshObject.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "geometry/Tangents.h"
@@ -97,12 +98,24 @@ Result MeshObject::writeBody(SceneStream& stream) {
 void MeshObject::registerMeshCommands(CommandRegistry& registry) {
     registerTransformCommands(registry);
     registry.lookupOrInsert("hardShadingAngle", readHardShadingAngle);
+    registry.lookupOrInsert("selected", [](SceneStream& stream, Persistent& self) {
+        auto& object = static_cast<MeshObject&>(self);
+        bool on = false;
+        if (stream.readBool(on) != kSuccess) return kFailure;
+        if (on != object.isSelected()) object.scene().toggleSelect(object);
+        return kSuccess;
+    });
     for (const auto* key : {"mapAutoFitCmd", "mapRepeatXCmd", "mapRepeatYCmd", "mapMirrorXCmd",
                             "mapMirrorYCmd", "mapProportionalCmd"})
         registry.lookupOrInsert(key, ignoreInt);
     registry.lookupOrInsert("mapTypeCmd", ignoreWord);
     for (const auto* key : {"mapScaleCmd", "mapPositionCmd", "mapRotationCmd"})
         registry.lookupOrInsert(key, ignoreVector);
+}
+
+bool MeshObject::isSelected() const {
+    const auto selection = scene().selection();
+    return std::find(selection.begin(), selection.end(), this) != selection.end();
 }
 
 void MeshObject::meshChanged() {

@@ -114,9 +114,12 @@ class MeshObject : public TransformMember {
     static constexpr unsigned kWorldStale = 8;  // world-space lists
     static constexpr unsigned kBuiltForRender = 16;
 
-    /// "hardShadingAngle", the transform keys, and the keys of the mapping block that are read and
-    /// thrown away.
+    /// "hardShadingAngle", "selected", the transform keys, and the keys of the mapping block that
+    /// are read and thrown away.
     static void registerMeshCommands(CommandRegistry& registry);
+
+    /// Whether the scene's selection holds this.
+    bool isSelected() const;
 
     /// Brings the mesh up to date at the quality of its last use.
     virtual void refresh() = 0;

@@ -14,11 +14,6 @@ namespace {
 
 constexpr std::string_view kFileTypeWords[] = {"FACT", "C4D", "OBJ", "DXF", "LWO", "3DS"};
 
-bool isSelected(const SceneMember& member) {
-    const auto selection = member.scene().selection();
-    return std::find(selection.begin(), selection.end(), &member) != selection.end();
-}
-
 }  // namespace
 
 std::string_view modelFileTypeWord(ModelFileType type) {
@@ -137,12 +132,6 @@ struct ObjectP::Commands : CommandRegistry {
     static Result originalName(SceneStream& stream, Persistent& self) {
         return stream.readText(object(self).originalName_, kOriginalNameLimit + 1);
     }
-    static Result selected(SceneStream& stream, Persistent& self) {
-        bool on = false;
-        if (stream.readBool(on) != kSuccess) return kFailure;
-        if (on != isSelected(object(self))) object(self).scene().toggleSelect(object(self));
-        return kSuccess;
-    }
     static Result material(SceneStream& stream, Persistent& self) {
         int slot = 0;
         std::string name;
@@ -180,7 +169,6 @@ struct ObjectP::Commands : CommandRegistry {
         lookupOrInsert("filename", fileName);
         lookupOrInsert("fileType", fileType);
         lookupOrInsert("origName", originalName);
-        lookupOrInsert("selected", selected);
         lookupOrInsert("material", material);
         lookupOrInsert("load", load);
         lookupOrInsert("save", save);
@@ -200,7 +188,7 @@ Result ObjectP::writeBody(SceneStream& stream) {
     const bool failed = stream.putText("filename", fileName_) != kSuccess ||
                         stream.putText("fileType", modelFileTypeWord(fileType_)) != kSuccess ||
                         stream.putText("origName", originalName_) != kSuccess ||
-                        stream.putInt("selected", isSelected(*this) ? 1 : 0) != kSuccess;
+                        stream.putInt("selected", isSelected() ? 1 : 0) != kSuccess;
     if (failed) return kFailure;
     for (int slot = 0; slot < kMaterialCount; ++slot) {
         stream.line()

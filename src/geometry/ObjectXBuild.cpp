@@ -19,11 +19,7 @@ constexpr double kFaceFlatness = 0.5;
 
 SweepLoop sweepLoop(const PolyShape2& shape, const LoopInfo& info, bool perim) {
     SweepLoop loop;
-    int i = info.head;
-    do {
-        loop.points.push_back(shape.at(i));
-        i = shape.precs[static_cast<std::size_t>(i)].next;
-    } while (i != info.head);
+    loop.points = shape.loopPoints(info.head);
     loop.normals = cornerNormals(loop.points);
     loopArc(loop.points, loop.u);
     // Holes run clockwise; turned round, the texture runs alike as seen from outside.

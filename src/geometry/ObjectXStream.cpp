@@ -1,21 +1,10 @@
 // The stream form of ObjectX.
-#include <algorithm>
 #include <string>
 
 #include "geometry/ObjectX.h"
 #include "scene/SceneStream.h"
-#include "scene/SceneX.h"
 
 namespace orvin {
-
-namespace {
-
-bool isSelected(const SceneMember& member) {
-    const auto selection = member.scene().selection();
-    return std::find(selection.begin(), selection.end(), &member) != selection.end();
-}
-
-}  // namespace
 
 Result ObjectX::writeBody(SceneStream& stream) {
     if (const Result result = MeshObject::writeBody(stream); result != kSuccess) return result;
@@ -28,7 +17,7 @@ Result ObjectX::writeBody(SceneStream& stream) {
         stream.putName("style", styleName()) != kSuccess ||
         stream.putDouble("flatPreview", flatPreview_) != kSuccess ||
         stream.putDouble("flatRender", flatRender_) != kSuccess ||
-        stream.putInt("selected", isSelected(*this) ? 1 : 0) != kSuccess ||
+        stream.putInt("selected", isSelected() ? 1 : 0) != kSuccess ||
         stream.putInt("meshingOn", meshing_.on ? 1 : 0) != kSuccess ||
         putVec2("draftTileResolution", meshing_.draftTileResolution) != kSuccess ||
         putVec2("bestTileResolution", meshing_.bestTileResolution) != kSuccess ||
@@ -64,12 +53,6 @@ struct ObjectX::Commands : CommandRegistry {
         object(self).setMeshing(wanted);
         return kSuccess;
     }
-    static Result selected(SceneStream& stream, Persistent& self) {
-        bool on = false;
-        if (stream.readBool(on) != kSuccess) return kFailure;
-        if (on != isSelected(object(self))) object(self).scene().toggleSelect(object(self));
-        return kSuccess;
-    }
 
     Commands() : CommandRegistry(64) {
         registerMeshCommands(*this);
@@ -77,7 +60,6 @@ struct ObjectX::Commands : CommandRegistry {
         lookupOrInsert("style", reference<&ObjectX::setStyle>);
         lookupOrInsert("flatPreview", number<&ObjectX::setFlatPreview>);
         lookupOrInsert("flatRender", number<&ObjectX::setFlatRender>);
-        lookupOrInsert("selected", selected);
         lookupOrInsert("meshingOn", meshing<&Meshing::on>);
         lookupOrInsert("draftTileResolution", meshing<&Meshing::draftTileResolution>);
         lookupOrInsert("bestTileResolution", meshing<&Meshing::bestTileResolution>);

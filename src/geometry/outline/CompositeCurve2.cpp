@@ -47,16 +47,6 @@ void addPath(std::span<const Vec2> points, std::span<const Vec2> normals, bool c
                 normalIds);
 }
 
-/// Serves "begin Class" of a container of blocks.
-template <typename Child>
-Result beginChild(SceneStream& stream, std::vector<Child>& children, std::string_view wanted) {
-    std::string_view word;
-    if (stream.nextToken(word) != kSuccess || word != wanted) return kFailure;
-    // The block is read before another one is appended: the address holds that long.
-    stream.push(children.emplace_back());
-    return kSuccess;
-}
-
 CompositeCurve2& composite(Persistent& self) {
     return static_cast<CompositeCurve2&>(self);
 }
@@ -76,7 +66,11 @@ const CommandRegistry& CompositeCurve2::commandRegistry() const {
     static const CommandRegistry& registry = []() -> const CommandRegistry& {
         static CommandRegistry r;
         r.lookupOrInsert("begin", [](SceneStream& stream, Persistent& self) {
-            return beginChild(stream, composite(self).curves, "Curve2");
+            std::string_view word;
+            if (stream.nextToken(word) != kSuccess || word != "Curve2") return kFailure;
+            // The block is read before another one is appended: the address holds that long.
+            stream.push(composite(self).curves.emplace_back());
+            return kSuccess;
         });
         r.lookupOrInsert("closed", [](SceneStream& stream, Persistent& self) {
             int value = 0;

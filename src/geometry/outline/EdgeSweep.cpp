@@ -3,26 +3,21 @@
 #include <array>
 #include <cmath>
 
-#include "geometry/outline/Line2.h"
+#include "geometry/outline/LoopGeometry.h"
 
 namespace orvin {
 
 namespace {
 
-constexpr double kNoStep = 0.001;
 constexpr double kMeets = 0.001;         // squared
 constexpr double kSmoothClosing = 0.75;  // cosine
 constexpr double kSamePoint = 1e-6;      // per axis
 
-Vec2 direction(Vec2 step) {
-    return length(step) > kNoStep ? normalize(step) : step;
-}
-
 std::vector<Vec2> pathTangents(std::span<const Vec2> path) {
     std::vector<Vec2> tangents(path.size());
     for (std::size_t i = 0; i < path.size(); ++i) {
-        const Vec2 before = i > 0 ? direction(path[i] - path[i - 1]) : Vec2{};
-        const Vec2 after = i + 1 < path.size() ? direction(path[i + 1] - path[i]) : Vec2{};
+        const Vec2 before = i > 0 ? stepDirection(path[i] - path[i - 1]) : Vec2{};
+        const Vec2 after = i + 1 < path.size() ? stepDirection(path[i + 1] - path[i]) : Vec2{};
         tangents[i] = normalize(before + after);
     }
     return tangents;

@@ -6,19 +6,18 @@ namespace {
 
 constexpr double kNoDirection = 0.001;
 
-/// A step shorter than that keeps its length, so that it hardly counts beside a real one.
-Vec2 direction(Vec2 step) {
+}  // namespace
+
+Vec2 stepDirection(Vec2 step) {
     return length(step) > kNoDirection ? normalize(step) : step;
 }
-
-}  // namespace
 
 std::vector<Vec2> cornerNormals(std::span<const Vec2> loop) {
     const std::size_t n = loop.size();
     std::vector<Vec2> normals(n);
     for (std::size_t k = 0; k < n; ++k) {
-        const Vec2 before = direction(loop[k] - loop[(k + n - 1) % n]);
-        const Vec2 after = direction(loop[(k + 1) % n] - loop[k]);
+        const Vec2 before = stepDirection(loop[k] - loop[(k + n - 1) % n]);
+        const Vec2 after = stepDirection(loop[(k + 1) % n] - loop[k]);
         normals[k] = leftNormal(normalize(before + after)) * -1.0;
     }
     return normals;

@@ -8,6 +8,10 @@
 
 namespace orvin {
 
+/// The unit vector of a step. One of no more than 0.001 keeps its length, so that it hardly counts
+/// beside a real one.
+Vec2 stepDirection(Vec2 step);
+
 /// Unit normals to the right of the direction of travel (outwards for a counter-clockwise loop),
 /// one per point: across the mean direction of the two edges. Of two points at one place each takes
 /// the normal of its own side, so that a doubled corner shades hard. Zero where there is no

@@ -29,17 +29,6 @@ bool isFinite(const Loop& loop) {
                        [](Vec2 p) { return std::isfinite(p.x) && std::isfinite(p.y); });
 }
 
-/// One loop as its records follow each other.
-Loop loopPoints(const PolyShape2& shape, int head) {
-    Loop points;
-    int i = head;
-    do {
-        points.push_back(shape.at(i));
-        i = shape.precs[static_cast<std::size_t>(i)].next;
-    } while (i != head);
-    return points;
-}
-
 Loop withoutRepeats(const Loop& loop) {
     Loop kept;
     for (const Vec2 p : loop)
@@ -164,7 +153,7 @@ void offsetFrontFace(PolyShape2& shape, double distance, OffsetRepair repair) {
     PolyShape2 moved;
     for (const LoopInfo& loop : shape.classifyLoops()) {
         const Loop points =
-            withoutRepeats(offsetLoopSigned(loopPoints(shape, loop.head), distance, repair));
+            withoutRepeats(offsetLoopSigned(shape.loopPoints(loop.head), distance, repair));
         if (points.size() > 2) moved.addLoop(points, cornerNormals(points));
     }
     moved.resolveOverlaps();

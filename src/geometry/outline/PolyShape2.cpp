@@ -158,6 +158,16 @@ std::vector<LoopInfo> PolyShape2::classifyLoops() {
     return infos;
 }
 
+std::vector<Vec2> PolyShape2::loopPoints(int head) const {
+    std::vector<Vec2> points;
+    int i = head;
+    do {
+        points.push_back(at(i));
+        i = precs[index(i)].next;
+    } while (i != head);
+    return points;
+}
+
 Result PolyShape2::collectLoops(std::vector<std::vector<Vec2>>& loops) const {
     std::vector<char> visited(precs.size(), 0);
     for (std::size_t start = 0; start < precs.size(); ++start) {

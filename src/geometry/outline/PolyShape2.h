@@ -69,6 +69,9 @@ class PolyShape2 {
     /// stay as they are.
     void resolveOverlaps();
 
+    /// One loop as its records follow each other.
+    std::vector<Vec2> loopPoints(int head) const;
+
     /// All loops as lists of points; -1 if a loop runs into a deleted record.
     Result collectLoops(std::vector<std::vector<Vec2>>& loops) const;
 
