@@ -1,6 +1,9 @@
 // Raw points as an outline, all the way to a solid. The first four bytes choose style and scale,
 // then come loops: a byte with the count of points, each two signed 16-bit numbers, of which the
-// lowest stands for a coordinate that is no number.
+// lowest stands for a coordinate that is no number. Work is bounded, so that much is tried in a
+// short time: the control points of a curve, the points in all, and for the size of the outline the
+// pieces that a curve comes to and the tiles.
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -32,6 +35,11 @@ class RawProfile final : public OutlineProfile {
         path.linkCurves();
     }
 };
+
+constexpr std::size_t kMostControlPoints = 12;
+constexpr std::size_t kMostPoints = 150;
+constexpr double kMostTiles = 24.0;  // one way
+constexpr double kFinest = 1e-3;     // of the outline's extent
 
 class Bytes {
   public:
@@ -65,12 +73,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     auto& edge = scene.make<RawProfile>("edge");
     edge.add(Curve2::Type::kBezier, {{0, 0}, {8, 0}, {15, 7}, {15, 50}});
     edge.add(Curve2::Type::kLinear, {{15, 50}, {20, 60}, {0, 100}});
-    while (!bytes.empty()) {
-        const bool curved = (options & 1) != 0;
-        std::vector<Vec2> points(bytes.next());
+    const bool curved = (options & 1) != 0;
+    std::size_t pointsLeft = kMostPoints;
+    Box2 box;
+    while (!bytes.empty() && pointsLeft > 0) {
+        const std::size_t most = curved ? kMostControlPoints : pointsLeft;
+        std::vector<Vec2> points(std::min<std::size_t>(bytes.next(), most));
+        pointsLeft -= std::min(pointsLeft, points.size() + 1);
         for (Vec2& p : points) {
             p.x = bytes.coordinate(scale);
             p.y = bytes.coordinate(scale);
+            box.add(p);
         }
         outline.add(curved ? Curve2::Type::kBezier : Curve2::Type::kLinear, std::move(points));
     }
@@ -84,6 +97,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     object.setStyle("style");
     ObjectX::Meshing meshing;
     meshing.on = (options & 16) != 0;
+    if (!box.empty()) {
+        const double tiles = 1.0 + (options >> 5);
+        meshing.bestTileResolution = {box.width() / tiles, box.height() / kMostTiles};
+        const double finest = std::max(box.width(), box.height()) * kFinest;
+        object.setFlatPreview(std::max(finest, object.flatPreview()));
+        object.setFlatRender(std::max(finest, object.flatRender()));
+    }
     object.setMeshing(meshing);
 
     std::uint32_t revision = 0;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 #include <random>
 
@@ -68,6 +69,39 @@ TEST(PolyShape2, SplitAddsVerticesOnly) {
     EXPECT_NEAR(sums(shape).area, 900, 1e-9);
 }
 
+// A grid looks at few edges for each line; a single cut looks at all.
+TEST(PolyShape2, AGridCutsAsItsLinesDoOneByOne) {
+    std::mt19937 random(11);
+    std::uniform_int_distribution<int> place(0, 30);
+    const auto ids = [](const PolyShape2& shape) {
+        std::vector<int> list;
+        for (const Prec& p : shape.precs)
+            list.insert(list.end(), {p.vertexID, p.next});
+        return list;
+    };
+    for (int trial = 0; trial < 60; ++trial) {
+        PolyShape2 grid;
+        for (int k = 0; k < 3; ++k) {
+            std::vector<Vec2> loop;
+            for (int i = 0; i < 3 + trial % 9; ++i)
+                loop.push_back({1.0 * place(random), 0.5 * place(random)});
+            addLoop(grid, loop);
+        }
+        if (trial % 2 == 0) grid.weld(0.001);
+        PolyShape2 single = grid;
+        const Box2 box = single.bounds();
+        const double step = 1.0 + trial % 5;
+        Result result = kSuccess;
+        for (double x = std::trunc(box.xmin / step) * step; x <= box.xmax && result >= 0; x += step)
+            result = single.cutByLine(Line2({x, 0}, {x, 1}));
+        for (double y = std::trunc(box.ymin / step) * step; y <= box.ymax && result >= 0; y += step)
+            result = single.cutByLine(Line2({0, y}, {1, y}));
+        EXPECT_EQ(grid.tile(step, step, 0, 0, false), result);
+        EXPECT_EQ(ids(grid), ids(single)) << "trial " << trial;
+        EXPECT_EQ(grid.vertices, single.vertices) << "trial " << trial;
+    }
+}
+
 TEST(PolyShape2, OverlapsKeepTheBorderOfPositiveWinding) {
     struct Case {
         const char* what;
@@ -93,6 +127,17 @@ TEST(PolyShape2, OverlapsKeepTheBorderOfPositiveWinding) {
         EXPECT_EQ(sums(shape).count, c.count) << c.what;
         EXPECT_NEAR(sums(shape).area, c.area, 1e-6) << c.what;
     }
+}
+
+// By the first two numbers of a generator that many know, 41 and 18467.
+TEST(PolyShape2, APointOnAnotherEdgeIsThrownFar) {
+    PolyShape2 shape;
+    addLoop(shape, square(0, 0, 10));
+    addLoop(shape, {{10, 5}, {20, 0}, {20, 10}});
+    shape.resolveOverlaps();
+    EXPECT_EQ(sums(shape).count, 2);
+    EXPECT_NEAR(shape.bounds().ymax, 5 + 36.933, 1e-9);
+    EXPECT_NEAR(sums(shape).area, 100 + (20 - 10.081) * 10 / 2, 1e-9);
 }
 
 TEST(PolyShape2, UnionOfRandomPolygonsHasTheSampledArea) {

@@ -31,14 +31,14 @@ Vec2 evaluateBezier(std::span<const Vec2> control, double t, std::vector<Vec2>& 
                     Vec2* normal) {
     if (control.empty()) return {};
     work.assign(control.begin(), control.end());
-    while (work.size() > 2) {
-        for (std::size_t i = 0; i + 1 < work.size(); ++i)
-            work[i] = work[i] * (1.0 - t) + work[i + 1] * t;
-        work.pop_back();
-    }
-    if (work.size() == 1) return work[0];
+    const double rest = 1.0 - t;
+    std::size_t left = work.size();
+    for (Vec2* const w = work.data(); left > 2; --left)
+        for (std::size_t i = 0; i + 1 < left; ++i)
+            w[i] = w[i] * rest + w[i + 1] * t;
+    if (left == 1) return work[0];
     if (normal != nullptr) *normal = leftNormal(normalize(work[1] - work[0]));
-    return work[0] * (1.0 - t) + work[1] * t;
+    return work[0] * rest + work[1] * t;
 }
 
 double extentOf(std::span<const Vec2> points) {

@@ -86,7 +86,6 @@ class PolyShape2 {
 
   private:
     static std::size_t index(int i) { return static_cast<std::size_t>(i); }
-    int appendVertex(Vec2 point, int a, int b, double t);
     void removeCollinear(double tolerance);
 };
 
