@@ -9,17 +9,21 @@
 
 namespace orvin {
 
-BoxPairs::BoxPairs(std::vector<Box> boxes) : boxes_(std::move(boxes)) {
+BoxPairs::BoxPairs(std::vector<Box> boxes) {
     Box2 all;
     double heights = 0.0;
-    for (Box& box : boxes_) {
+    for (Box& box : boxes) {
         if (isTall(box)) makeTall(box);
         all.add({box.left, isTall(box) ? 0.0 : box.bottom});
         all.add({box.right, isTall(box) ? 0.0 : box.top});
         if (!isTall(box)) heights += box.top - box.bottom;
     }
+    const auto eachBox = [&](auto&& visit) {
+        for (const Box& box : boxes)
+            visit(box);
+    };
     sortByStrips(
-        boxes_, all.xmin, all.xmax, [](const Box& box) { return box.left; },
+        boxes_, boxes.size(), all.xmin, all.xmax, eachBox, [](const Box& box) { return box.left; },
         [](const Box& a, const Box& b) { return a.left < b.left; });
     strips_ =
         Strips(all.ymin, all.ymax, heights / static_cast<double>(boxes_.size()), boxes_.size());

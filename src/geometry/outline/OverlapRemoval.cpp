@@ -61,7 +61,8 @@ struct Crossing {
 
 class OverlapRemoval {
   public:
-    explicit OverlapRemoval(PolyShape2& shape) : shape_(shape) {}
+    explicit OverlapRemoval(PolyShape2& shape)
+        : shape_(shape), vertexCount_(shape.vertices.size()), normalCount_(shape.normals.size()) {}
 
     /// Moves points off the edges that they nearly lie on, until none does. False where there are
     /// too many pairs to look at.
@@ -106,10 +107,18 @@ class OverlapRemoval {
         return true;
     }
 
+    /// As it came, while no edge was split.
+    void putBack() {
+        if (!given_.empty()) std::copy(given_.begin(), given_.end(), shape_.vertices.begin());
+        shape_.normals.resize(normalCount_);
+        shape_.vertices.resize(vertexCount_);
+    }
+
     void keepPositiveWinding() {
         result_.assign(shape_.precs.size(), kNoResult);
-        sweep(false);
-        sweep(true);
+        WindingSweep winding(shape_.precs.size());
+        sweep(winding, false);
+        sweep(winding, true);
         for (std::size_t i = 0; i < shape_.precs.size(); ++i)
             if (result_[i] != 0) shape_.precs[i].next = -1;
     }
@@ -217,6 +226,7 @@ class OverlapRemoval {
             Vec2& point = shape_.vertices[index(vertex)];
             const double t = line.parameterOf(point);
             if (!(std::abs(line.signedDistance(point)) < kTolerance && t > 0.0 && t <= 1.0)) return;
+            if (given_.empty()) given_ = shape_.vertices;
             point.x += random.step();
             point.y += random.step();
             moved = true;
@@ -308,8 +318,8 @@ class OverlapRemoval {
     }
 
     /// The first pass settles the flat edges, the second, turned by a quarter, those left over.
-    void sweep(bool turned) {
-        WindingSweep sweep(shape_.precs.size());
+    void sweep(WindingSweep& winding, bool turned) {
+        winding.clear();
         for (int i = 0; i < static_cast<int>(shape_.precs.size()); ++i) {
             if (!hasEdge(i)) continue;
             Vec2 a = shape_.at(i);
@@ -321,12 +331,15 @@ class OverlapRemoval {
             if (!(a.x != b.x) || !std::isfinite(a.x) || !std::isfinite(b.x)) continue;
             const WindingSweep::Span span(a, b, i);
             const bool asks = turned ? result_[index(i)] == kNoResult : std::abs(span.slope) <= 1.0;
-            sweep.add(span, asks);
+            winding.add(span, asks);
         }
-        sweep.run([this](int prec, int result) { result_[index(prec)] = result; });
+        winding.run([this](int prec, int result) { result_[index(prec)] = result; });
     }
 
     PolyShape2& shape_;
+    std::size_t vertexCount_;  // as it came
+    std::size_t normalCount_;
+    std::vector<Vec2> given_;  // the vertices, once one moves
     std::int64_t pairsLeft_ = kMostPairs;
     std::optional<std::vector<Pair>> near_;
     std::vector<int> result_;
@@ -336,11 +349,10 @@ class OverlapRemoval {
 }  // namespace
 
 void PolyShape2::resolveOverlaps() {
-    PolyShape2 given = *this;
     OverlapRemoval removal(*this);
     if (!removal.jitter() || !removal.splitAtCrossings()) {
         std::printf("an outline crosses itself too often, it stays as it is.\n");
-        *this = std::move(given);
+        removal.putBack();
         return;
     }
     removal.keepPositiveWinding();

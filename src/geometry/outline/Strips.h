@@ -26,11 +26,12 @@ struct Strips {
 
     /// For things that lie between two heights and are so high on the average: about as many strips
     /// as there are things, but none much lower than a thing.
-    Strips(double lowest, double highest, double averageHeight, std::size_t things) {
+    Strips(double lowest, double highest, double averageHeight, std::size_t things,
+           int most = kMost) {
         const double height = highest - lowest;
         if (!(height > 0.0) || !std::isfinite(height)) return;
         const double wanted = std::min(static_cast<double>(things), height / averageHeight);
-        count = static_cast<int>(std::clamp(wanted, 1.0, static_cast<double>(kMost)));
+        count = static_cast<int>(std::clamp(wanted, 1.0, static_cast<double>(most)));
         low = lowest;
         perUnit = count / height;
     }
@@ -91,40 +92,39 @@ class StripLists {
     std::vector<Item> items_;
 };
 
-/// Sorts by `of(item)`, between `lowest` and `highest`, and then by what else `precedes` looks at;
-/// equal items stay in order. Dealing them into strips first leaves little to sort.
-template <typename Item, typename Of, typename Precedes>
-void sortByStrips(std::vector<Item>& items, double lowest, double highest, Of&& of,
-                  Precedes&& precedes) {
+/// Fills `sorted` with the items that each(visit) shows, `count` of them and the same each time it
+/// is called: by of(item), which lies between `lowest` and `highest`, and then by what else
+/// `precedes` looks at; equal items stay in order. Dealing them into strips leaves little to sort.
+template <typename Item, typename Each, typename Of, typename Precedes>
+void sortByStrips(std::vector<Item>& sorted, std::size_t count, double lowest, double highest,
+                  Each&& each, Of&& of, Precedes&& precedes) {
     constexpr std::size_t kFew = 16;
-    const Strips strips(lowest, highest, 0.0, items.size());
+    constexpr int kMostStrips = 1 << 16;
+    const Strips strips(lowest, highest, 0.0, count, kMostStrips);
     std::vector<std::uint32_t> ends(static_cast<std::size_t>(strips.count) + 1, 0);
-    std::vector<std::uint32_t> stripOf(items.size());
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        stripOf[i] = static_cast<std::uint32_t>(strips.of(of(items[i])));
-        ++ends[stripOf[i] + 1];
-    }
+    const auto stripOf = [&](const Item& item) {
+        return static_cast<std::size_t>(strips.of(of(item)));
+    };
+    each([&](const Item& item) { ++ends[stripOf(item) + 1]; });
     const bool crowded = *std::max_element(ends.begin(), ends.end()) > kFew;
     std::partial_sum(ends.begin(), ends.end(), ends.begin());
-    std::vector<Item> dealt(items.size());
-    for (std::size_t i = 0; i < items.size(); ++i)
-        dealt[ends[stripOf[i]]++] = items[i];
+    sorted.resize(count);
+    each([&](const Item& item) { sorted[ends[stripOf(item)]++] = item; });
     std::size_t first = 0;
     for (std::size_t strip = 0; crowded && strip < ends.size(); ++strip) {
         if (ends[strip] - first > kFew)
-            std::stable_sort(dealt.begin() + static_cast<std::ptrdiff_t>(first),
-                             dealt.begin() + static_cast<std::ptrdiff_t>(ends[strip]), precedes);
+            std::stable_sort(sorted.begin() + static_cast<std::ptrdiff_t>(first),
+                             sorted.begin() + static_cast<std::ptrdiff_t>(ends[strip]), precedes);
         first = ends[strip];
     }
-    for (std::size_t i = 1; i < dealt.size(); ++i) {
-        if (!precedes(dealt[i], dealt[i - 1])) continue;
-        const Item item = dealt[i];
+    for (std::size_t i = 1; i < sorted.size(); ++i) {
+        if (!precedes(sorted[i], sorted[i - 1])) continue;
+        const Item item = sorted[i];
         std::size_t k = i;
-        for (; k > 0 && precedes(item, dealt[k - 1]); --k)
-            dealt[k] = dealt[k - 1];
-        dealt[k] = item;
+        for (; k > 0 && precedes(item, sorted[k - 1]); --k)
+            sorted[k] = sorted[k - 1];
+        sorted[k] = item;
     }
-    items.swap(dealt);
 }
 
 }  // namespace orvin

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
 
 namespace orvin {
 
@@ -39,24 +38,25 @@ void WindingSweep::add(const Span& span, bool asks) {
 }
 
 void WindingSweep::prepare() {
-    events_.resize(2 * spans_.size() + asking_.size());
-    auto event = events_.begin();
     Box2 box;
     double heights = 0.0;
-    for (std::size_t i = 0; i < spans_.size(); ++i) {
-        const Span& span = spans_[i];
-        const auto id = static_cast<std::uint32_t>(i);
-        *event++ = {span.x0, id, EventKind::kStart};
-        *event++ = {span.x1, id, EventKind::kEnd};
+    for (const Span& span : spans_) {
         const bool high = std::isfinite(span.bottom);
         box.add({span.x0, high ? span.bottom : 0.0});
         box.add({span.x1, high ? span.top : 0.0});
         if (high) heights += span.top - span.bottom;
     }
-    for (const std::uint32_t i : asking_)
-        *event++ = {(spans_[i].x0 + spans_[i].x1) / 2.0, i, EventKind::kMiddle};
+    const auto eachEvent = [this](auto&& visit) {
+        for (std::uint32_t i = 0; i < spans_.size(); ++i) {
+            visit(Event{spans_[i].x0, i, EventKind::kStart});
+            visit(Event{spans_[i].x1, i, EventKind::kEnd});
+        }
+        for (const std::uint32_t i : asking_)
+            visit(Event{(spans_[i].x0 + spans_[i].x1) / 2.0, i, EventKind::kMiddle});
+    };
     sortByStrips(
-        events_, box.xmin, box.xmax, [](const Event& e) { return e.x; },
+        events_, 2 * spans_.size() + asking_.size(), box.xmin, box.xmax, eachEvent,
+        [](const Event& e) { return e.x; },
         [](const Event& a, const Event& b) { return a.precedes(b); });
     strips_ = Strips(box.ymin, box.ymax, heights / static_cast<double>(spans_.size()),
                      spans_.size() / kSpansPerStrip);
@@ -73,8 +73,7 @@ void WindingSweep::turn(std::uint32_t span, EventKind kind) {
     const int sign = kind == EventKind::kStart ? 1 : -1;
     bottoms_.add(range.first, sign * s.direction);
     tops_.add(range.last, sign * s.direction);
-    if (kind == EventKind::kStart)
-        active_.add(range, {s.x1, s.slope, s.intercept, s.direction, span});
+    if (kind == EventKind::kStart) active_.add(range, span);
 }
 
 int WindingSweep::resultOf(std::uint32_t asking, double x) {
@@ -97,9 +96,10 @@ int WindingSweep::resultOf(std::uint32_t asking, double x) {
 
 void WindingSweep::look(std::uint32_t asking, double x, double y, Sides& sides) {
     const Span& self = spans_[asking];
-    active_.filter(strips_.of(y), [&](const Active& other) {
+    active_.filter(strips_.of(y), [&](std::uint32_t span) {
+        const Span& other = spans_[span];
         if (other.x1 <= x) return false;
-        if (other.span == asking) return true;
+        if (span == asking) return true;
         const double height = other.slope * x + other.intercept;
         const bool same = std::abs(height - y) < kSame &&
                           std::abs(other.slope - self.slope) < kSame &&
@@ -113,21 +113,33 @@ void WindingSweep::look(std::uint32_t asking, double x, double y, Sides& sides) 
 }
 
 void WindingSweep::Sums::reset(int count) {
-    ofStrip_.assign(static_cast<std::size_t>(count), 0);
-    ofBlock_.assign(static_cast<std::size_t>(count / kBlock) + 1, 0);
+    const auto whole = [](int n) { return static_cast<std::size_t>((n / kBlock + 1) * kBlock); };
+    ofStrip_.assign(whole(count), 0);
+    ofBlock_.assign(whole(count / kBlock), 0);
+    ofLargeBlock_.assign(whole(count / (kBlock * kBlock)), 0);
+    total_ = 0;
 }
 
 void WindingSweep::Sums::add(int strip, int value) {
     ofStrip_[static_cast<std::size_t>(strip)] += value;
     ofBlock_[static_cast<std::size_t>(strip / kBlock)] += value;
+    ofLargeBlock_[static_cast<std::size_t>(strip / (kBlock * kBlock))] += value;
     total_ += value;
 }
 
 int WindingSweep::Sums::below(int strip) const {
-    const int blocks = strip / kBlock;
-    return std::accumulate(
-        ofBlock_.begin(), ofBlock_.begin() + blocks,
-        std::accumulate(ofStrip_.begin() + blocks * kBlock, ofStrip_.begin() + strip, 0));
+    return sumBefore(ofLargeBlock_, strip / (kBlock * kBlock)) +
+           sumBefore(ofBlock_, strip / kBlock) + sumBefore(ofStrip_, strip);
+}
+
+/// Of those in the same block. Always looks at the whole block: where to end can't be foreseen.
+int WindingSweep::Sums::sumBefore(const std::vector<int>& values, int end) {
+    const int* const block = values.data() + end / kBlock * kBlock;
+    const int count = end % kBlock;
+    int sum = 0;
+    for (int i = 0; i < kBlock; ++i)
+        sum += block[i] & -static_cast<int>(i < count);
+    return sum;
 }
 
 }  // namespace orvin

@@ -42,6 +42,11 @@ class WindingSweep {
         asking_.reserve(mostSpans);
     }
 
+    /// Keeps the memory for other spans.
+    void clear() {
+        spans_.clear();
+        asking_.clear();
+    }
     void add(const Span& span, bool asks);
 
     /// Calls answer(edge, result) for each edge that asks. The result is 0 where the edge is a
@@ -70,20 +75,12 @@ class WindingSweep {
             return x != other.x ? x < other.x : kind < other.kind;
         }
     };
-    /// What is looked at of a span.
-    struct Active {
-        double x1 = 0.0;
-        double slope = 0.0;
-        double intercept = 0.0;
-        int direction = 0;
-        std::uint32_t span = 0;
-    };
     struct Sides {
         int up = 0;
         int down = 0;
     };
 
-    /// Sums of directions by strip, and by blocks of strips.
+    /// Sums of directions by strip, by blocks of strips, and by blocks of those.
     class Sums {
       public:
         void reset(int count);
@@ -92,10 +89,14 @@ class WindingSweep {
         int total() const { return total_; }
 
       private:
-        static constexpr int kBlock = 32;
+        static constexpr int kBlock = 16;
+        static_assert(Strips::kMost <= kBlock * kBlock * kBlock);
+
+        static int sumBefore(const std::vector<int>& values, int end);
 
         std::vector<int> ofStrip_;
         std::vector<int> ofBlock_;
+        std::vector<int> ofLargeBlock_;
         int total_ = 0;
     };
 
@@ -110,7 +111,7 @@ class WindingSweep {
     Strips strips_;
     Sums bottoms_;  // of the active spans, by the strip of their lower end
     Sums tops_;
-    StripLists<Active> active_;  // those that ended go when their strip is looked at
+    StripLists<std::uint32_t> active_;  // those that ended go when their strip is looked at
 };
 
 }  // namespace orvin
