@@ -8,6 +8,7 @@
 #include "orvinhost/JsonValue.h"
 #include "orvinhost/PiplCheck.h"
 #include "orvinhost/World.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -76,7 +77,8 @@ TEST(Png, KeepsEveryPixelAndRefusesOtherFiles) {
     apps::Picture picture(3, 2);
     for (std::size_t i = 0; i < picture.rgba.size(); ++i)
         picture.rgba[i] = static_cast<std::uint8_t>(i * 11);
-    const fs::path path = fs::temp_directory_path() / "orvinhost-test" / "picture.png";
+    const test::TempFolder folder;
+    const fs::path path = folder.path() / "made on the way" / "picture.png";
     apps::writePng(path, picture);
     const apps::Picture back = apps::readPng(path);
     EXPECT_EQ(back.width, 3);
@@ -85,7 +87,6 @@ TEST(Png, KeepsEveryPixelAndRefusesOtherFiles) {
     apps::writeText(path, "no picture");
     EXPECT_THROW(apps::readPng(path), apps::Failure);
     EXPECT_THROW(apps::readPng(path / "none"), apps::Failure);
-    fs::remove_all(path.parent_path());
 }
 
 TEST(Track, MovesInStraightLinesOrSteps) {

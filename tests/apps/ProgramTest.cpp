@@ -4,6 +4,7 @@
 #include "orvinhost/Commands.h"
 #include "orvinhost/Flat.h"
 #include "orvinhost/Module.h"
+#include "tests/support/TempFolder.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -19,19 +20,12 @@ constexpr PF_Cmd kChooseFault = 1000;
 class Program : public testing::Test {
   protected:
     void SetUp() override {
-        folder_ = fs::temp_directory_path() /
-                  (std::string("orvinhost-") +
-                   testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::create_directories(folder_);
         apps::writeText(file("empty.twp"), " Version \"none\"\n begin SceneX\n end SceneX\n");
         choose("");
     }
-    void TearDown() override {
-        choose("");
-        fs::remove_all(folder_);
-    }
+    void TearDown() override { choose(""); }
 
-    std::string file(const std::string& name) const { return (folder_ / name).string(); }
+    std::string file(const std::string& name) const { return (folder_.path() / name).string(); }
     void choose(std::string fault) {
         module_.entry()(kChooseFault, nullptr, nullptr, nullptr, nullptr, fault.data());
     }
@@ -56,7 +50,7 @@ class Program : public testing::Test {
 
   private:
     const Module module_{ORVIN_TEST_EFFECT_PATH};
-    fs::path folder_;
+    const test::TempFolder folder_;
 };
 
 TEST_F(Program, RendersKeyFrames) {

@@ -12,6 +12,7 @@
 #include "render/CameraX.h"
 #include "tests/host/FakeHost.h"
 #include "tests/host/ScriptedUser.h"
+#include "tests/support/TempFolder.h"
 
 namespace orvin {
 namespace {
@@ -101,12 +102,12 @@ TEST_F(LifeCycle, EveryOtherButtonGivesASceneAndOwnsUpToWhatIsMissing) {
 }
 
 TEST_F(LifeCycle, AnInstanceMayStartWithAModelOfTheUsers) {
-    const auto path = std::filesystem::temp_directory_path() / "orvinex-startup-model.obj";
+    const test::TempFolder folder;
+    const auto path = folder.path() / "model.obj";
     std::ofstream(path) << "g Tile\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
     user.button = 4;
     user.file = path;
     PF_Handle sequence = setUp();
-    std::filesystem::remove(path);
     EXPECT_EQ(user.questionsAsked, std::vector<std::string>{"Select File to Import"});
     const SceneX& scene = *appOf(sequence).scene();
     ASSERT_EQ(scene.count(MemberKind::kObject), 1U);

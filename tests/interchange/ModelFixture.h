@@ -17,6 +17,7 @@
 #include "geometry/GeometryClasses.h"
 #include "geometry/ObjectP.h"
 #include "scene/SceneX.h"
+#include "tests/support/TempFolder.h"
 #include "toolkit/Questions.h"
 
 namespace orvin {
@@ -43,17 +44,9 @@ class ModelFiles : public testing::Test {
   protected:
     void SetUp() override {
         registerGeometryClasses();
-        folder_ = fs::path(testing::TempDir()) /
-                  (std::string("orvin-models-") +
-                   testing::UnitTest::GetInstance()->current_test_info()->name());
-        fs::remove_all(folder_);
-        fs::create_directories(folder_);
         before_ = setQuestions(&questions_);
     }
-    void TearDown() override {
-        setQuestions(before_);
-        fs::remove_all(folder_);
-    }
+    void TearDown() override { setQuestions(before_); }
 
     fs::path file(std::string_view name, std::string_view text) const {
         const fs::path path = folder_ / name;
@@ -87,7 +80,8 @@ class ModelFiles : public testing::Test {
     }
 
     SceneX scene_;
-    fs::path folder_;
+    const test::TempFolder temporary_;
+    const fs::path folder_ = temporary_.path();
     ScriptedQuestions questions_;
     Questions* before_ = nullptr;
 };

@@ -9,6 +9,7 @@
 #include "render/image/ImageBuffer.h"
 #include "render/image/PagedStore.h"
 #include "render/image/Rasters.h"
+#include "tests/support/TempFolder.h"
 #include "toolkit/Errors.h"
 #include "toolkit/platform/Platform.h"
 
@@ -133,7 +134,8 @@ TEST(ImageBuffer, WhatWasMovedFromIsNoPicture) {
 
 // The file turns read-only under the raster: tiles that must be saved can't be.
 TEST(PagedRaster, ReportsAFailingFileAndLosesNothing) {
-    const std::string name = testing::TempDir() + "orvin-spill.bin";
+    const test::TempFolder folder;
+    const std::string name = (folder.path() / "spill.bin").string();
     PagedStore::File owned(platform::openFile(name, "w+b"));
     ASSERT_TRUE(owned);
     std::FILE* file = owned.get();
@@ -146,18 +148,17 @@ TEST(PagedRaster, ReportsAFailingFileAndLosesNothing) {
     EXPECT_EQ(raster.writeRow(0, row), kFailure);
     ASSERT_NE(raster.pixel(1, 0, false), nullptr);
     EXPECT_EQ(*raster.pixel(1, 1, false), 0);
-    std::remove(name.c_str());
 }
 
 TEST(PagedRaster, RefusesAFileItCannotFill) {
     EXPECT_EQ(errorOf([] { PagedRaster(60, 60, 3, 1, nullptr); }), 101);
-    const std::string name = testing::TempDir() + "orvin-readonly.bin";
+    const test::TempFolder folder;
+    const auto name = folder.path() / "empty.bin";
     std::fclose(platform::openFile(name, "wb"));
     EXPECT_EQ(errorOf([&] {
                   PagedRaster(60, 60, 3, 1, PagedStore::File(platform::openFile(name, "rb")));
               }),
               101);
-    std::remove(name.c_str());
 }
 
 }  // namespace

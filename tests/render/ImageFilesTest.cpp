@@ -10,6 +10,7 @@
 #include "render/image/ImageLoad.h"
 #include "render/image/SgiReader.h"
 #include "render/image/TgaReader.h"
+#include "tests/support/TempFolder.h"
 
 namespace orvin {
 namespace {
@@ -278,11 +279,10 @@ TEST(ImageLoad, EveryPrefixIsRefused) {
 }
 
 TEST(ImageLoad, NamesDecideWhatIsRead) {
-    const auto folder = std::filesystem::path(testing::TempDir());
+    const test::TempFolder folder;
     const auto copy = [&](const char* from, const char8_t* to) {
-        const auto target = folder / to;
-        std::filesystem::copy_file(fixture(from), target,
-                                   std::filesystem::copy_options::overwrite_existing);
+        const auto target = folder.path() / to;
+        std::filesystem::copy_file(fixture(from), target);
         const std::u8string name = target.u8string();
         return std::string(name.begin(), name.end());
     };
@@ -297,7 +297,7 @@ TEST(ImageLoad, NamesDecideWhatIsRead) {
         EXPECT_EQ(image.path(), "");
     }
     EXPECT_EQ(loadImage("orvin-nowhere\xff.tga", image), kFailure);
-    EXPECT_EQ(loadImage(folder.string(), image), kFailure);
+    EXPECT_EQ(loadImage(folder.path().string(), image), kFailure);
 }
 
 }  // namespace

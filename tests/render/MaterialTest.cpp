@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <fstream>
 #include <vector>
 
 #include "render/ImageFile.h"
 #include "render/image/ImageCache.h"
 #include "scene/SceneX.h"
+#include "tests/support/TempFolder.h"
 
 namespace orvin {
 namespace {
@@ -134,10 +134,9 @@ TEST_F(MapTest, MarksWhatItUsesToTheFile) {
 }
 
 TEST(ImageFiles, AreLocatedOneByOne) {
-    const auto folder = std::filesystem::temp_directory_path() / "orvin-image-file-test";
-    std::filesystem::create_directories(folder);
-    const std::string here = (folder / "here.tga").string();
-    const std::string moved = (folder / "moved.tga").string();
+    const test::TempFolder folder;
+    const std::string here = (folder.path() / "here.tga").string();
+    const std::string moved = (folder.path() / "moved.tga").string();
     // 2 x 2 uncompressed, 24 bits, blue-green-red: a red row below a green one.
     std::vector<char> bytes{0, 0, 2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 2, 0, 2, 0, 24, 0};
     const char full = static_cast<char>(0xff);
@@ -196,7 +195,6 @@ TEST(ImageFiles, AreLocatedOneByOne) {
     map.colorAt(lower, hit, color);
     EXPECT_EQ(color, (Rgba{1, 1, 1, 1}));
     releaseAllImages();
-    std::filesystem::remove_all(folder);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "setup/OrvinProjectSections.h"
 #include "setup/StartUp.h"
 #include "tests/setup/ScriptedQuestions.h"
+#include "tests/support/TempFolder.h"
 
 namespace orvin {
 
@@ -29,17 +30,11 @@ class ProjectFixture : public testing::Test {
   protected:
     ProjectFixture() {
         registerMemberClasses();
-        const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-        folder = std::filesystem::path(testing::TempDir()) /
-                 (std::string("orvin-") + test->test_suite_name() + "-" + test->name());
-        std::filesystem::remove_all(folder);
-        std::filesystem::create_directories(folder);
         manager.setDataFolder(folder);
     }
     ~ProjectFixture() override {
         std::error_code error;
         std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
-        std::filesystem::remove_all(folder, error);
     }
 
     /// Reads a project from text.
@@ -61,7 +56,8 @@ class ProjectFixture : public testing::Test {
     }
 
     ScriptedQuestions user;
-    std::filesystem::path folder;
+    const test::TempFolder temporary;
+    const std::filesystem::path folder = temporary.path();
     OrvinPreferences preferences;
     OrvinProjectSections sections;
     OrvinSceneManager manager{preferences, sections};

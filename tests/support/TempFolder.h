@@ -9,10 +9,12 @@ namespace orvin::test {
 
 class TempFolder {
   public:
-    TempFolder()
-        : path_(std::filesystem::temp_directory_path() /
-                ("orvinex-test-" + std::to_string(std::random_device{}()))) {
-        std::filesystem::create_directories(path_);
+    TempFolder() {
+        std::random_device random;
+        do  // a folder that is there already is somebody else's
+            path_ = std::filesystem::temp_directory_path() /
+                    ("orvinex-test-" + std::to_string(random()));
+        while (!std::filesystem::create_directory(path_));
     }
     ~TempFolder() {
         std::error_code error;
