@@ -110,6 +110,7 @@ Result SceneStream::runCommand(Persistent& self) {
             if (token == kEndOfStream) return kEndOfInput;
             if (const auto* command = commands.find(token);
                 command != nullptr && command->value != nullptr) {
+                recovered_ = gErrorText.size != 0;
                 const Result served = command->value(*this, self);
                 if (served != kSuccess) {
                     gErrorText.expectedRecovery = false;
@@ -140,14 +141,24 @@ Result endCommand(SceneStream& stream, Persistent& self) {
     return kSuccess;
 }
 
+namespace {
+
+void tellErrorText(bool fatal) {
+    if (!sceneErrorText().empty() && !isExpectedRecovery())
+        questions().showMessage(sceneErrorText(), fatal);
+}
+
+}  // namespace
+
 Result loadBlock(SceneStream& stream, Persistent& receiver, std::size_t* openBlocks) {
+    // The block's own commands wipe the warning of the one that opened it.
+    if (stream.recovered()) tellErrorText(false);
     const std::size_t depth = stream.depth();
     stream.push(receiver);
     Result result = kSuccess;
     while (result == kSuccess && stream.depth() > depth && stream.hasMore()) {
         result = stream.runTopCommand();
-        if (!sceneErrorText().empty() && !isExpectedRecovery())
-            questions().showMessage(sceneErrorText(), result != kSuccess && result != kEndOfInput);
+        tellErrorText(result != kSuccess && result != kEndOfInput);
         // A text that was shown isn't shown again by the loop around this one.
         if (result == kSuccess) setSceneErrorText({});
     }

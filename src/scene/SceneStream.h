@@ -108,6 +108,10 @@ class SceneStream : protected ChunkSource {
     /// Serves one command of the object on top. See sceneErrorText() for what went wrong.
     Result runTopCommand();
 
+    /// True within a command that was found behind unknown tokens: sceneErrorText() warns of them
+    /// until the next command.
+    bool recovered() const { return recovered_; }
+
     /// Takes objects off until `depth` are left.
     void unwind(std::size_t depth);
 
@@ -128,6 +132,7 @@ class SceneStream : protected ChunkSource {
     TokenReader reader_{*this};
     LineBuffer line_;
     bool writeFailed_ = false;
+    bool recovered_ = false;
     std::vector<Persistent*> stack_;
 };
 

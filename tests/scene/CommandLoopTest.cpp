@@ -91,6 +91,10 @@ TEST(LoadBlock, TellsTheUserWhatWentWrongOnce) {
          0,
          {"Warning: Recovering from scene data error for command <<old>> for class <<Probe>> at "
           "byte 9."}},
+        {"old 7 inner key 1 end Probe key 2 end Probe",
+         0,
+         {"Warning: Recovering from scene data error for command <<old>> for class <<Probe>> at "
+          "byte 3."}},
         {"inner **EndOfStream**", 0, {}},
         {"fail key 1",
          -1,
