@@ -2,7 +2,6 @@
 
 #include <limits>
 
-#include "toolkit/Numbers.h"
 #include "toolkit/math/Box3.h"
 
 namespace orvin {
@@ -68,38 +67,6 @@ TEST(Box3, CornersFollowTheirBits) {
     EXPECT_EQ(box.corner(5), (Vec3{4, 2, 8}));
     EXPECT_EQ(box.under(Matrix4::translation({1, 0, 0})).max, (Vec3{5, 6, 8}));
     EXPECT_TRUE(Box3{}.under(Matrix4::identity()).empty());
-}
-
-TEST(Numbers, ReadAsScanfWouldWithoutTheLocale) {
-    const struct {
-        const char* text;
-        bool ok;
-        double value;
-    } cases[] = {{"1.5", true, 1.5},    {"+2", true, 2.0},
-                 {"-.5x", true, -0.5},  {"1e3", true, 1000.0},
-                 {"", false, 0.0},      {"abc", false, 0.0},
-                 {"1e-999", true, 0.0}, {"+-1", false, 0.0},
-                 {"1,5", true, 1.0},    {"1e999", true, std::numeric_limits<double>::infinity()}};
-    for (const auto& c : cases) {
-        double value = 0.0;
-        EXPECT_EQ(readDouble(c.text, value), c.ok) << c.text;
-        if (c.ok) {
-            EXPECT_EQ(value, c.value) << c.text;
-        }
-    }
-    int whole = 0;
-    EXPECT_TRUE(readWhole("12abc", whole));
-    EXPECT_EQ(whole, 12);
-    EXPECT_FALSE(readWhole("99999999999", whole));
-}
-
-TEST(Numbers, WriteSixDecimals) {
-    char text[kMaxNumberText];
-    const auto written = [&](double v) { return std::string(text, writeFixed(text, v)); };
-    EXPECT_EQ(written(1.0), "1.000000");
-    EXPECT_EQ(written(-0.0000004), "-0.000000");
-    EXPECT_EQ(written(123456.7891234), "123456.789123");
-    EXPECT_EQ(written(std::numeric_limits<double>::max()).size(), 316U);
 }
 
 }  // namespace
