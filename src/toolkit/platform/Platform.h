@@ -45,7 +45,7 @@ std::FILE* openFile(const std::filesystem::path& path, const char* mode);
 int seek(std::FILE* file, std::uint64_t offset);
 
 /// Puts `from` in the place of `to` in one step: a reader sees the old or the new file, never half
-/// of one. Flushed to the disk first. False on failure, with both files as they were.
+/// of one. Flushed to the disk first. False on failure, with both files as they were and errno set.
 bool replaceFile(const std::filesystem::path& from, const std::filesystem::path& to);
 
 }  // namespace orvin::platform

@@ -4,6 +4,7 @@
 #include <io.h>
 #include <windows.h>
 
+#include <cerrno>
 #include <string>
 
 namespace orvin::platform {
@@ -63,7 +64,10 @@ std::FILE* openTemporaryFile() {
     const HANDLE handle =
         CreateFileW(name, GENERIC_READ | GENERIC_WRITE | DELETE, 0, nullptr, CREATE_ALWAYS,
                     FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) return nullptr;
+    if (handle == INVALID_HANDLE_VALUE) {
+        DeleteFileW(name);
+        return nullptr;
+    }
     const int descriptor = _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_BINARY | _O_RDWR);
     if (descriptor < 0) {
         CloseHandle(handle);
@@ -109,8 +113,11 @@ int seek(std::FILE* file, std::uint64_t offset) {
 }
 
 bool replaceFile(const std::filesystem::path& from, const std::filesystem::path& to) {
-    return MoveFileExW(from.c_str(), to.c_str(),
-                       MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
+    if (MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        return true;
+    // Within one folder little else goes wrong than that somebody has the old file open.
+    errno = GetLastError() == ERROR_DISK_FULL ? ENOSPC : EACCES;
+    return false;
 }
 
 }  // namespace orvin::platform
