@@ -15,15 +15,17 @@ namespace {
 std::size_t gAllocations = 0;
 }
 
-void* operator new(std::size_t size) {
+// Not inlined: where one of a pair is and the other isn't, the compiler warns of free() on what new
+// has made.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     ++gAllocations;
     if (void* memory = std::malloc(size)) return memory;
     throw std::bad_alloc();
 }
-void operator delete(void* memory) noexcept {
+[[gnu::noinline]] void operator delete(void* memory) noexcept {
     std::free(memory);
 }
-void operator delete(void* memory, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept {
     std::free(memory);
 }
 
