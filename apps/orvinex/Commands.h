@@ -30,6 +30,11 @@ void openProject(Project& project, const std::filesystem::path& path);
 /// Saves it or throws Failure; the old file is then as it was.
 void saveProject(Project& project, const std::filesystem::path& path);
 
+/// Makes `frame` the one that changing outlines show; the clock then runs that far at least.
+void goToFrame(int frame);
+/// The same for "--frame", where it is given.
+void goToFrame(const apps::ParsedOptions& options);
+
 /// The value of "-o", or UsageError.
 std::string outputOption(const apps::ParsedOptions& options);
 

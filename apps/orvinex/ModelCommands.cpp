@@ -1,6 +1,4 @@
 // import and export.
-#include <algorithm>
-
 #include "common/Files.h"
 #include "interchange/ModelFormats.h"
 #include "orvinex/Authoring.h"
@@ -73,11 +71,7 @@ int exportCommand(const apps::ParsedOptions& options) {
     openProject(project, options.positional()[0]);
     if (options.has("--frames"))
         setTotalFrames(apps::wholeOption(options.value("--frames"), "--frames", 1, kMaxFrames));
-    if (options.has("--frame")) {
-        const int frame = apps::wholeOption(options.value("--frame"), "--frame", 0, kMaxFrames);
-        setTotalFrames(std::max(totalFrames(), frame + 1));
-        setCurrentFrame(frame);
-    }
+    goToFrame(options);
     const auto objects = chosenObjects(project.mainScene(), options.all("--object"));
     const ShownProgress progress("exporting", options.has("--quiet"));
     apps::makeFolderOf(platform::pathFromText(output));

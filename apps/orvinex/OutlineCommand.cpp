@@ -37,8 +37,7 @@ void applyCycleDetails(const apps::ParsedOptions& options, ProfileM& cycle) {
                                  : usual;
     };
     const int start = whole("--start-frame", 0, 0);
-    setTotalFrames(std::max(totalFrames(), start + 1));
-    setCurrentFrame(start);  // what the camera is to frame
+    goToFrame(start);  // what the camera is to frame
     cycle.setStartFrame(start);
     cycle.setChangeCounter(whole("--change-every", 1, 1));
     cycle.setRandomSeed(whole("--seed", 0, 1));

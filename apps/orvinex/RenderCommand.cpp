@@ -7,13 +7,10 @@
 #include "render/CameraX.h"
 #include "render/gl/RenderWith.h"
 #include "render/gl/viewer/ViewerDrawing.h"
-#include "scene/FrameClock.h"
 
 namespace orvin::orvinex {
 
 namespace {
-
-constexpr int kMaxFrame = 1 << 20;
 
 RenderParams paramsFor(const apps::ParsedOptions& options, RenderState& state) {
     applyRenderSettings(options, state);
@@ -69,11 +66,7 @@ int renderCommand(const apps::ParsedOptions& options) {
     const std::string cameraName = options.value("--camera", kDefaultCamera);
     CameraX* const camera = scene.memberAs<CameraX>(MemberKind::kCamera, cameraName);
     if (camera == nullptr) throw apps::Failure("no camera is named '" + cameraName + "'");
-    if (options.has("--frame")) {
-        const int frame = apps::wholeOption(options.value("--frame"), "--frame", 0, kMaxFrame);
-        setTotalFrames(std::max(totalFrames(), frame + 1));
-        setCurrentFrame(frame);
-    }
+    goToFrame(options);
     SoftwareRenderOptions software;
     software.camera = camera;
     GlFrameOptions gl;

@@ -1,4 +1,5 @@
 // orvinex: authoring, conversion, stills and inspection of projects without a host.
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <functional>
@@ -11,6 +12,7 @@
 #include "orvinex/Framing.h"
 #include "orvinex/RenderSettings.h"
 #include "orvinex/StyleOptions.h"
+#include "scene/FrameClock.h"
 #include "toolkit/Errors.h"
 #include "toolkit/platform/Platform.h"
 
@@ -257,6 +259,16 @@ void openProject(Project& project, const std::filesystem::path& path) {
 void saveProject(Project& project, const std::filesystem::path& path) {
     apps::makeFolderOf(path);
     if (project.save(path) != kSuccess) throw apps::Failure(project.failure());
+}
+
+void goToFrame(int frame) {
+    setTotalFrames(std::max(totalFrames(), frame + 1));
+    setCurrentFrame(frame);
+}
+
+void goToFrame(const apps::ParsedOptions& options) {
+    if (options.has("--frame"))
+        goToFrame(apps::wholeOption(options.value("--frame"), "--frame", 0, kMaxFrames - 1));
 }
 
 std::string outputOption(const apps::ParsedOptions& options) {
