@@ -307,7 +307,7 @@ void Curve2::appendKnots(double offset, double total, std::vector<double>& knots
 
 bool Curve2::snapToKnot(Vec2& point, double tolerance, double& accumulated) const {
     const auto hits = [&](Vec2 knot) {
-        if (distance(knot, point) > tolerance) return false;
+        if (!(distance(knot, point) <= tolerance)) return false;
         point = knot;
         return true;
     };

@@ -12,8 +12,7 @@
 namespace orvin {
 
 struct EdgePath {
-    std::vector<Vec2>
-        points;  // in units of depth: x sideways, y from the front (0) to the back (1)
+    std::vector<Vec2> points;    // in depths: x sideways, y from the front (0) to the back (1)
     std::vector<double> arcV;    // 1 minus the fraction of arc length, per point
     std::vector<int> materials;  // per point: the slot of the strip that begins there
 };
