@@ -1,7 +1,5 @@
 #include "orvinex/Authoring.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <string>
 
 #include "geometry/ObjectX.h"
@@ -66,6 +64,7 @@ Authoring::Authoring(const apps::ParsedOptions& options)
     static_cast<void>(placement(options));  // wrong ones are told before any work
     if (adds_) openProject(project_, platform::pathFromText(options.value("--into")));
     objectsBefore_ = scene().count(MemberKind::kObject);
+    if (adds_) materialsBefore_ = materialNames(project_);
 }
 
 const ObjectXStyle& Authoring::usualStyle() {
@@ -107,24 +106,8 @@ void Authoring::finish() {
     place();
     turnCamera(scene(), options_);
     if (!adds_ || options_.has("--fit")) frameObjects(scene());
-    const auto materials = [this] {
-        std::vector<std::string> names;
-        for (const SceneMember* const member : scene().members(MemberKind::kMaterial))
-            names.push_back(member->name());
-        return names;
-    };
-    const std::vector<std::string> before = materials();
     saveProject(project_, platform::pathFromText(options_.value("-o", options_.value("--into"))));
-    if (!adds_ || options_.has("--quiet")) return;
-    // An author who wrote them by hand should know.
-    const std::vector<std::string> kept = materials();
-    std::string gone;
-    for (const std::string& name : before)
-        if (std::find(kept.begin(), kept.end(), name) == kept.end())
-            gone += (gone.empty() ? "'" : ", '") + name + "'";
-    if (!gone.empty())
-        std::fprintf(stderr, "orvinex: nothing wears %s, so the saved project is without\n",
-                     gone.c_str());
+    if (!options_.has("--quiet")) tellDropped(project_, materialsBefore_);
 }
 
 }  // namespace orvin::orvinex

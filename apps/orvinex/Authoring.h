@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <vector>
 
 #include "common/Options.h"
@@ -37,7 +38,8 @@ class Authoring {
     Project project_;
     bool adds_;
     std::size_t objectsBefore_ = 0;
-    double flatness_ = 0.0;  // of the new objects' curves; 0: as they come
+    std::vector<std::string> materialsBefore_;  // of an opened project
+    double flatness_ = 0.0;                     // of the new objects' curves; 0: as they come
 };
 
 }  // namespace orvin::orvinex

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "common/Options.h"
 #include "common/ProgramOutput.h"
@@ -34,6 +35,13 @@ void saveProject(Project& project, const std::filesystem::path& path);
 void goToFrame(int frame);
 /// The same for "--frame", where it is given.
 void goToFrame(const apps::ParsedOptions& options);
+
+/// Names of the materials of the main scene.
+std::vector<std::string> materialNames(Project& project);
+
+/// Tells on standard error which of the materials that were there a save has dropped: who wrote
+/// them by hand should know.
+void tellDropped(Project& project, const std::vector<std::string>& before);
 
 /// The value of "-o", or UsageError.
 std::string outputOption(const apps::ParsedOptions& options);

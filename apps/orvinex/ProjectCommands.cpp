@@ -1,5 +1,7 @@
 // resave and info.
+#include <algorithm>
 #include <charconv>
+#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "geometry/MeshObject.h"
@@ -117,9 +119,28 @@ std::string infoText(const nlohmann::json& json) {
 
 }  // namespace
 
+std::vector<std::string> materialNames(Project& project) {
+    std::vector<std::string> names;
+    for (const SceneMember* const member : project.mainScene().members(MemberKind::kMaterial))
+        names.push_back(member->name());
+    return names;
+}
+
+void tellDropped(Project& project, const std::vector<std::string>& before) {
+    const std::vector<std::string> kept = materialNames(project);
+    std::string gone;
+    for (const std::string& name : before)
+        if (std::find(kept.begin(), kept.end(), name) == kept.end())
+            gone += (gone.empty() ? "'" : ", '") + name + "'";
+    if (!gone.empty())
+        std::fprintf(stderr, "orvinex: nothing wears %s, so the saved project is without\n",
+                     gone.c_str());
+}
+
 int resaveCommand(const apps::ParsedOptions& options) {
     Project project;
     openProject(project, options.positional()[0]);
+    const std::vector<std::string> materials = materialNames(project);
     RenderState& state = project.renderState();
     OrvinPreferences& preferences = project.preferences();
     applyRenderSettings(options, state);
@@ -131,6 +152,7 @@ int resaveCommand(const apps::ParsedOptions& options) {
         onOffOption(options, "--draft-textures", preferences.showTexturesComp);
     if (options.has("--ascii")) preferences.saveMode = 1;
     saveProject(project, outputOption(options));
+    tellDropped(project, materials);
     return apps::kExitDone;
 }
 

@@ -309,6 +309,12 @@ endforeach()
 # Settings are changed by saving anew, and the frames follow: transparent where nothing is, or the background.
 run(0 ${ORVINEX} text AB --font ${font} --into ${stage} -o ${scene} --material silver)
 expect_match("${errors}" "nothing wears 'gold', 'hammered gold'")
+run(0 ${ORVINEX} resave ${stage} -o ${WORK}/x2.twp)
+expect_match("${errors}" "nothing wears 'silver', 'gold'")
+run(0 ${ORVINEX} import ${WORK}/new/models/plate.lwo --into ${scene} -o ${WORK}/x2.twp --color 1,0,0)
+if(errors)
+  message(FATAL_ERROR "materials of the model itself are nobody's loss: ${errors}")
+endif()
 foreach(alpha on off)
   run(0 ${ORVINEX} resave ${scene} -o ${scene} --alpha ${alpha} --background 1,0.5,0 --size 40x30 --antialias 2
     --method 1 --shadows off --shadow-quality 600)
