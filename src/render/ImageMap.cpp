@@ -96,7 +96,8 @@ std::vector<NameRef*> ImageMap::references() {
 std::string ImageMap::imagePath() const {
     const ImageFile* file = imageFile();
     if (file != nullptr && !file->path().empty()) return file->path();
-    return name().starts_with(kExtMapPrefix) ? name() : std::string();
+    // "|ExtMap3.1" is a copy of the map of Layer Map 3, whose name was taken.
+    return name().starts_with(kExtMapPrefix) ? name().substr(0, name().find('.')) : std::string();
 }
 
 ResolvedMap ImageMap::resolve() const {

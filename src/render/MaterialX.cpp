@@ -1,5 +1,6 @@
 #include "render/MaterialX.h"
 
+#include <algorithm>
 #include <cmath>
 #include <span>
 
@@ -131,14 +132,13 @@ MaterialMaps MaterialX::resolveMaps() const {
             resolved(MapUse::kTransparency, kTransparencyMap), resolved(MapUse::kBump, kBumpMap)};
 }
 
-bool MaterialX::usesExtMap(int number) const {
+bool MaterialX::usesExtMap(int number) {
+    if (SceneMember::usesExtMap(number)) return true;
     const std::string wanted = extMapName(number);
-    for (const NameRef& ref : maps_) {
-        if (ref.name() == wanted) return true;
-        const auto* map = ref.as<ImageMap>();
-        if (map != nullptr && map->imagePath() == wanted) return true;
-    }
-    return false;
+    return std::any_of(maps_.begin(), maps_.end(), [&](const NameRef& ref) {
+        const auto* const map = ref.as<ImageMap>();
+        return map != nullptr && map->imagePath() == wanted;
+    });
 }
 
 void MaterialX::releaseImages() {

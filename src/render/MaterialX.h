@@ -118,7 +118,7 @@ class MaterialX final : public Surface {
     MaterialMaps resolveMaps() const;
 
     /// True where one of the four maps, by its name or its file, is the host's Layer Map n.
-    bool usesExtMap(int number) const;
+    bool usesExtMap(int number) override;
 
     /// Gives the loaded pictures of the four maps back to the cache.
     void releaseImages();

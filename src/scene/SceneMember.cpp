@@ -1,5 +1,6 @@
 #include "scene/SceneMember.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "scene/SceneStream.h"
@@ -73,6 +74,13 @@ void SceneMember::noteName() {
     if ((kind_ == MemberKind::kMaterial && name() == kDefaultMaterial) ||
         (kind_ == MemberKind::kStyle && name() == kDefaultStyle))
         protectedFromSweep = true;
+}
+
+bool SceneMember::usesExtMap(int number) {
+    const std::string wanted = extMapName(number);
+    const auto all = references();
+    return std::any_of(all.begin(), all.end(),
+                       [&](const NameRef* reference) { return reference->name() == wanted; });
 }
 
 void SceneMember::markUsed() {

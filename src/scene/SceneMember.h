@@ -59,6 +59,10 @@ class SceneMember : public Persistent {
     /// the member isn't changed.
     virtual std::vector<NameRef*> references() { return {}; }
 
+    /// True where this member shows the host's Layer Map `number`. By itself: where it refers to
+    /// the image map of that name (see extMapName).
+    virtual bool usesExtMap(int number);
+
     /// Sets `marked` here and, over references(), on every member reached. Chains of any length and
     /// cycles are fine: a member that is marked already stops it.
     void markUsed();

@@ -279,11 +279,9 @@ void SceneX::ensureExtMap(int number) {
 }
 
 bool SceneX::usesExtMap(int number) const {
-    const std::string name = extMapName(number);
-    for (SceneMember* material : members(MemberKind::kMaterial))
-        for (const NameRef* reference : material->references())
-            if (reference->name() == name) return true;
-    return false;
+    const auto materials = members(MemberKind::kMaterial);
+    return std::any_of(materials.begin(), materials.end(),
+                       [number](SceneMember* material) { return material->usesExtMap(number); });
 }
 
 Box3 SceneX::sceneBounds() const {

@@ -169,7 +169,7 @@ class SceneX final : public Persistent {
 
     /// Makes the image map "|ExtMapN", without a file, if no member of that name is there.
     void ensureExtMap(int number);
-    /// True if a material refers to the image map "|ExtMapN".
+    /// True if a material shows the host's Layer Map N.
     bool usesExtMap(int number) const;
 
     Box3 sceneBounds() const;  // of objects and lights, in world space

@@ -7,7 +7,12 @@
 #include "host/DescribeParameters.h"
 #include "host/LayerMaps.h"
 #include "host/SceneDrive.h"
+#include "render/ImageFile.h"
 #include "render/LightX.h"
+#include "render/MaterialX.h"
+#include "render/image/ImageCache.h"
+#include "setup/StartUp.h"
+#include "tests/host/FakeHost.h"
 
 namespace orvin {
 namespace {
@@ -224,6 +229,42 @@ TEST(LayerMaps, WorldsTurnOverAndKeepAlphaWhereThereIsAny) {
     const auto clear = imageOfWorld(world, "|ExtMap4");
     EXPECT_TRUE(clear->hasAlpha());
     EXPECT_EQ(clear->boxQuery(2, 0, 2, 0)[3], 7);
+}
+
+TEST(LayerMaps, AreLentWhereAMaterialShowsThem) {
+    registerMemberClasses();
+    FakeHost host;
+    PF_Pixel pixel{};
+    for (int n = 1; n <= param::kLayerMapCount; ++n) {
+        PF_LayerDef& layer = host.params[static_cast<std::size_t>(param::layerMap(n))].u.ld;
+        layer.data = n == 4 ? nullptr : &pixel;  // none is chosen for Layer Map 4
+        layer.rowbytes = sizeof pixel;
+        layer.width = layer.height = 1;
+    }
+    SceneX scene;
+    MaterialX& material = scene.make<MaterialX>("m");
+    scene.make<ImageFile>("file").setPath("|ExtMap2");
+    scene.make<ImageMap>("map").setImageFile("file");
+    scene.make<ImageMap>("|ExtMap3.1");           // a copy beside one of its name
+    material.setMap(MapUse::kColor, "|ExtMap1");  // which isn't there yet
+    material.setMap(MapUse::kBump, "map");
+    material.setMap(MapUse::kReflection, "|ExtMap3.1");
+    material.setMap(MapUse::kTransparency, "|ExtMap4");
+    PF_InData in = host.inData();
+    EXPECT_EQ(fillLayerMaps(in, scene), 0);
+    EXPECT_EQ(host.checkedOut, 0);
+    const std::pair<MapUse, const char*> shown[] = {{MapUse::kColor, "|ExtMap1"},
+                                                    {MapUse::kBump, "|ExtMap2"},
+                                                    {MapUse::kReflection, "|ExtMap3"}};
+    for (const auto& [use, layer] : shown) {
+        ASSERT_NE(material.map(use), nullptr) << layer;
+        const SummedImage* const image = material.map(use)->resolve().image();
+        ASSERT_NE(image, nullptr) << layer;
+        EXPECT_EQ(image->path(), layer);
+    }
+    for (const int unused : {4, 5, 10})
+        EXPECT_EQ(scene.memberByName(extMapName(unused)), nullptr) << unused;
+    clearLayerImages();
 }
 
 }  // namespace
