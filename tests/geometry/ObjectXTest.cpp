@@ -132,6 +132,19 @@ TEST(ObjectX, ABevelHasTheVolumeOfItsSlices) {
     EXPECT_NEAR(examine(*x.build()).volume, 2 * wide + 24.0 * 112.0 * 112.0, 1e-6);
 }
 
+TEST(ObjectX, PointsBetweenTwoAtTheirPlaceHaveNoNormalAndNoFace) {
+    Extrusion x;
+    x.bevelEdge();
+    x.outline.addLines({{0, 0}, {10, 0}, {10, 0}, {10, 10}, {0, 10}}, true);
+    const Mesh3* mesh = x.build();
+    ASSERT_NE(mesh, nullptr);
+    int without = 0;
+    for (const Vec3 n : mesh->normals())
+        without += n == Vec3{};
+    EXPECT_EQ(without, 2 * 6);  // of the corner's four points, on each ring
+    EXPECT_EQ(examine(*mesh).oddNormals, 0);
+}
+
 TEST(ObjectX, PartsAndDepthLeaveOutWhatTheySay) {
     Extrusion x;
     x.straightEdge();

@@ -120,8 +120,10 @@ void sweepPath(const EdgePath& path, const SweepLoop& loop, const SweepSettings&
         for (std::size_t k = 0; k < count; ++k) {
             mesh.addVertex({ring[k].x, ring[k].y, z});
             mesh.addTexVertex({loop.u[k], v, 0.0});
-            mesh.addNormal(normalize(
-                Vec3{t.y * loop.normals[k].x, t.y * loop.normals[k].y, settings.xScale * t.x}));
+            const Vec2 out = loop.normals[k];
+            mesh.addNormal(out == Vec2{}
+                               ? Vec3{}
+                               : normalize(Vec3{t.y * out.x, t.y * out.y, settings.xScale * t.x}));
         }
         mesh.addTexVertex({loop.closingU, v, 0.0});
         if (i == 0) continue;

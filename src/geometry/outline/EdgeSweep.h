@@ -13,7 +13,7 @@ namespace orvin {
 /// One loop with what the sweep needs at each point.
 struct SweepLoop {
     std::vector<Vec2> points;
-    std::vector<Vec2> normals;  // unit, to the right of the direction of travel
+    std::vector<Vec2> normals;  // unit, to the right of the direction of travel; or zero
     std::vector<double> u;      // texture coordinate
     double closingU = 1.0;      // of the first point when the ring closes
 };
@@ -27,8 +27,8 @@ struct SweepSettings {
 
 /// Adds the rings (a vertex and a normal per point, one more texture vertex to close the ring) and
 /// the quads between them, triangles where points fell together. Numbers of vertices and normals
-/// must be equal in `mesh`, since one index serves both. A path whose end meets its beginning in
-/// the same direction ends on its first ring.
+/// must be equal in `mesh`, since one index serves both. A point without a normal has a zero one on
+/// every ring. A path whose end meets its beginning in the same direction ends on its first ring.
 void sweepPath(const EdgePath& path, const SweepLoop& loop, const SweepSettings& settings,
                Mesh3& mesh);
 
