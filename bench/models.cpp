@@ -1,7 +1,6 @@
 // Reading DXF, LightWave and FACT files, the first two against assimp: the same wavy tubes in eight
 // groups, written by our own writers, read from the same file in turns within this run. "ratio" is
-// its time over ours; "memory" is what was allocated at most, as a multiple of the file, of which
-// the file itself is one.
+// its time over ours; "memory" is what was allocated at most, as a multiple of the file.
 //
 // Both end with polygon meshes by group. LightWave: assimp makes normals by itself, so smooth ones
 // are asked for here as well; once more without, of a file without smoothing, where assimp gives

@@ -157,7 +157,8 @@ void ObjFromMemory(benchmark::State& state) {
         state,
         [] {
             ImportedModel model;
-            parseObj(objText(), model);
+            ModelInput input(objText());
+            parseObj(input, model);
             return static_cast<std::size_t>(model.mesh.faceCount());
         },
         peerFromMemory);
@@ -189,7 +190,8 @@ void ObjImport(benchmark::State& state) {
         state,
         [] {
             ImportedModel model;
-            parseObj(objText(), model);
+            ModelInput input(objText());
+            parseObj(input, model);
             std::size_t faces = 0;
             for (const Mesh3& mesh : splitByGroup(std::move(model)))
                 faces += static_cast<std::size_t>(mesh.faceCount());

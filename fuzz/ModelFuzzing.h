@@ -1,6 +1,7 @@
 // What the fuzz targets of model readers ask of the groups that a reader made of any bytes.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -8,8 +9,40 @@
 #include "geometry/SmoothNormals.h"
 #include "geometry/Tangents.h"
 #include "interchange/ImportedGroups.h"
+#include "interchange/ImportedModel.h"
+#include "interchange/ModelInput.h"
 
 namespace orvin::fuzzing {
+
+inline void requireSame(const Mesh3& a, const Mesh3& b) {
+    const auto same = [](const auto& p, const auto& q) {
+        return std::equal(p.begin(), p.end(), q.begin(), q.end());
+    };
+    require(a.faceCount() == b.faceCount());
+    require(same(a.cornerVertices(), b.cornerVertices()));
+    require(same(a.vertices(), b.vertices()) && same(a.texVertices(), b.texVertices()));
+}
+inline void requireSame(const ImportedGroups& a, const ImportedGroups& b) {
+    for (std::size_t i = 0; i < a.groups.size(); ++i)
+        requireSame(a.groups[i].mesh, b.groups[i].mesh);
+}
+inline void requireSame(const ImportedModel& a, const ImportedModel& b) {
+    requireSame(a.mesh, b.mesh);
+}
+
+/// Reads bytes as they lie in memory, and through a window that most values reach out of; both must
+/// come to the same.
+template <typename Model>
+Result parseBothWays(Result (*parse)(ModelInput&, Model&), Bytes bytes, Model& model) {
+    Model other;
+    ModelInput whole(bytes);
+    ModelInput windowed(bytes, 1 + bytes.size() % 37);
+    const Result result = parse(whole, model);
+    require(parse(windowed, other) == result);
+    require(model.groups.size() == other.groups.size());
+    requireSame(model, other);
+    return result;
+}
 
 inline void requireFinite(std::span<const Vec3> list) {
     for (const Vec3 v : list)

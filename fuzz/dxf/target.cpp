@@ -1,6 +1,5 @@
 // Any bytes as a DXF file.
 #include <cstdint>
-#include <string_view>
 
 #include "fuzz/ModelFuzzing.h"
 #include "interchange/dxf/DxfReader.h"
@@ -8,7 +7,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace orvin;
     ImportedGroups model;
-    if (parseDxf({reinterpret_cast<const char*>(data), size}, model) != kSuccess) return 0;
+    if (fuzzing::parseBothWays(parseDxf, {data, size}, model) != kSuccess) return 0;
     fuzzing::require(model.groups.size() <= kDxfMaxLayers);
     for (const ImportedGroup& layer : model.groups)
         fuzzing::require(layer.materials[0] != ImportedGroup::kNoMaterial);

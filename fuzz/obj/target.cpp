@@ -1,12 +1,10 @@
 // Any bytes as an OBJ file: read, completed with normals, split by group. Groups together must hold
 // every element, and no number that isn't finite may come out.
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <string_view>
 #include <utility>
 
-#include "fuzz/Fuzzing.h"
+#include "fuzz/ModelFuzzing.h"
 #include "geometry/SmoothNormals.h"
 #include "geometry/Tangents.h"
 #include "interchange/ObjReader.h"
@@ -15,23 +13,19 @@ namespace {
 
 using namespace orvin;
 using fuzzing::require;
-
-void requireFinite(std::span<const Vec3> list) {
-    for (const Vec3 v : list)
-        require(std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z));
-}
-
+using fuzzing::requireFinite;
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     ImportedModel model;
-    if (parseObj({reinterpret_cast<const char*>(data), size}, model) != kSuccess) return 0;
+    if (fuzzing::parseBothWays(parseObj, {data, size}, model) != kSuccess) return 0;
     require(!model.groups.empty());
-    require(model.faceGroups.size() == static_cast<std::size_t>(model.mesh.faceCount()));
+    for (int i = 0; i < model.mesh.faceCount(); ++i)
+        require(model.groupOf(i) < model.groups.size());
     require(model.mesh.cornerCount() <= size);
     requireFinite(model.mesh.vertices());
     const double angle = size % 4 == 0 ? 20.0 : static_cast<double>(size % 181) - 1.0;
-    completeNormals(model.mesh, angle);
+    completeNormals(model, angle);
     const int faces = model.mesh.faceCount();
     int total = 0;
     for (const Mesh3& mesh : splitByGroup(std::move(model))) {

@@ -35,17 +35,16 @@ void addPiece(const FaceView& face, std::span<const int> corners, Mesh3& target)
                    pick(face.normals));
 }
 
-/// The corners of a face in its plane; the sense of rotation stays. Empty without a plane.
-void flatten(const Mesh3& mesh, int index, std::vector<Vec2>& points) {
+/// A polygon's corners in its plane; the sense of rotation stays. Empty without a plane.
+void flatten(const Mesh3& mesh, std::span<const int> vertices, std::vector<Vec2>& points) {
     points.clear();
-    const Vec3 n = mesh.facePlane(index).normal;
+    const Vec3 n = mesh.planeOf(vertices).normal;
     if (n == Vec3{}) return;
     Vec3 first = normalize(std::abs(n.x) <= std::abs(n.z) ? cross(n, {0, 1, 0}) : Vec3{});
     if (first == Vec3{}) first = normalize(cross(n, {0, 0, 1}));
     const Vec3 second = normalize(cross(n, first));
-    const FaceView face = mesh.face(index);
-    const Vec3 origin = mesh.vertex(face.vertices[0]);
-    for (const int v : face.vertices) {
+    const Vec3 origin = mesh.vertex(vertices[0]);
+    for (const int v : vertices) {
         const Vec3 p = mesh.vertex(v) - origin;
         points.push_back({dot(p, first), dot(p, second)});
     }
@@ -88,33 +87,36 @@ Mesh3 quadrangulate(const Mesh3& source, int maxSides) {
 }
 
 Mesh3 splitConcaveFaces(Mesh3 source) {
-    std::vector<Vec2> points;
-    const auto isConcave = [&](int face) {
-        const FaceView view = source.face(face);
-        if (view.kind != ElementKind::kPolygon || view.vertices.size() < 4) return false;
-        flatten(source, face, points);
-        return !isConvex(points);
-    };
+    ConvexFaces convex;
     int firstConcave = 0;
-    while (firstConcave < source.faceCount() && !isConcave(firstConcave))
+    while (firstConcave < source.faceCount() &&
+           !convex.isConcave(source, source.face(firstConcave)))
         ++firstConcave;
     if (firstConcave == source.faceCount()) return source;
 
     Mesh3 target;
     copyPoints(source, target);
-    for (int f = 0; f < source.faceCount(); ++f) {
-        const FaceView face = source.face(f);
-        if (f < firstConcave || !isConcave(f)) {
-            target.addFace(face.kind, face.material, face.vertices, face.texture, face.normals);
-            continue;
-        }
-        PolyShape2 shape;
-        shape.addLoop(points, cornerNormals(points));
-        FacePeeler(std::move(shape)).forEachPolygon([&](std::span<const int> corners) {
-            addPiece(face, corners, target);
-        });
-    }
+    for (int f = 0; f < source.faceCount(); ++f)
+        convex.add(target, source.face(f));
     return target;
+}
+
+bool ConvexFaces::isConcave(const Mesh3& mesh, const FaceView& face) {
+    if (face.kind != ElementKind::kPolygon || face.vertices.size() < 4) return false;
+    flatten(mesh, face.vertices, points_);
+    return !isConvex(points_);
+}
+
+void ConvexFaces::add(Mesh3& mesh, const FaceView& face) {
+    if (!isConcave(mesh, face)) {
+        mesh.addFace(face.kind, face.material, face.vertices, face.texture, face.normals);
+        return;
+    }
+    PolyShape2 shape;
+    shape.addLoop(points_, cornerNormals(points_));
+    FacePeeler(std::move(shape)).forEachPolygon([&](std::span<const int> corners) {
+        addPiece(face, corners, mesh);
+    });
 }
 
 }  // namespace orvin

@@ -4,8 +4,7 @@
 
 namespace orvin {
 
-Plane Mesh3::facePlane(int face) const {
-    const std::span<const int> corners = this->face(face).vertices;
+Plane Mesh3::planeOf(std::span<const int> corners) const {
     if (corners.size() < 3) return {};
     const std::span<const Vec3> points = vertices();
     const auto corner = [&](std::size_t i) { return points[static_cast<std::size_t>(corners[i])]; };

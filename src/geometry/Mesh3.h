@@ -20,7 +20,9 @@ class Mesh3 : public MeshRecord<Vec3> {
     /// Plane through a face by Newell's method, from all corners: right for any planar polygon and
     /// a good fit for others. The normal points to where the corners run counter-clockwise. Zero
     /// for fewer than three corners, for a face without area and for coordinates that overflow.
-    Plane facePlane(int face) const;
+    Plane facePlane(int face) const { return planeOf(this->face(face).vertices); }
+    /// The same for a polygon of vertices that are there.
+    Plane planeOf(std::span<const int> corners) const;
 
     /// True unless the triangle of some corner and its two neighbours has a cross product whose
     /// squared length is above `epsilon`.

@@ -3,12 +3,12 @@
 //
 // The corner lists of all faces lie in pools of indices, so that a face costs no allocation and a
 // walk over the faces reads memory in order. There is a pool for each kind of list, with the same
-// places for the same corners: a face takes 12 bytes and 4 for each index. Every index in a record
-// is in range: addFace() refuses others. A face has as many texture (normal) indices as vertices,
-// or none at all.
+// places for the same corners: an index takes 4 bytes, a face up to 8 (see FaceTable). Every index
+// in a record is in range: addFace() refuses others. A face has as many texture (normal) indices as
+// vertices, or none at all.
 #pragma once
 
-#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -17,16 +17,10 @@
 #include <utility>
 #include <vector>
 
+#include "geometry/FaceTable.h"
 #include "toolkit/math/Vec.h"
 
 namespace orvin {
-
-/// What a face's vertices mean. The numbers are those of files and of imported data.
-enum class ElementKind : std::int32_t {
-    kPolygon = 0,    // in Mesh2: a closed loop
-    kLine = 1,       // an open polyline
-    kPointList = 2,  // in Mesh2: an open path
-};
 
 /// One face, seen in place: the spans hold until the mesh is changed.
 struct FaceView {
@@ -55,25 +49,53 @@ class MeshRecord {
         if (vertices.empty() || !inRange(vertices, vertices_) || !inRange(texture, texVertices_) ||
             !inRange(normals, normals_))
             return -1;
-        const std::size_t start = pool_.size();
-        if (vertices.size() > kMaxCorners || start > kMaxStart) throw std::bad_alloc();
-        Face face;
-        face.start = static_cast<std::uint32_t>(start);
-        face.material = material;
-        face.shape = static_cast<std::uint32_t>(vertices.size()) |
-                     static_cast<std::uint32_t>(kind) << kKindShift |
-                     (texture.empty() ? 0 : kHasTexture) | (normals.empty() ? 0 : kHasNormals);
+        const std::size_t start = faceEnd();
+        pool_.resize(start);  // what a face that ran out of memory left
         pool_.insert(pool_.end(), vertices.begin(), vertices.end());
         store(texture, start, texturePool_);
         store(normals, start, normalPool_);
-        return add(faces_, face);
+        return closeFace(kind, material, start, !texture.empty(), !normals.empty());
+    }
+
+    // A face corner by corner, which is never held twice: what is added belongs to the face that
+    // finishFace() makes, and nothing else may be done to the record before. False, and nothing
+    // added, for an index out of range.
+    bool addCorner(int vertex) { return addOpen(vertex, vertices_, pool_); }
+    bool addCornerTexture(int texture) {
+        if (texturePool_.size() < faceEnd()) texturePool_.resize(faceEnd());
+        return addOpen(texture, texVertices_, texturePool_);
+    }
+    bool addCornerNormal(int normal) {
+        if (normalPool_.size() < faceEnd()) normalPool_.resize(faceEnd());
+        return addOpen(normal, normals_, normalPool_);
+    }
+
+    /// Makes a face of the corners, as addFace() does.
+    int finishFace(ElementKind kind, int material) {
+        const std::size_t start = faceEnd();
+        const std::size_t end = pool_.size();
+        const auto isWhole = [&](std::vector<int>& pool) {
+            if (pool.size() == end && end > start) return true;
+            if (pool.size() > start) pool.resize(start);
+            return false;
+        };
+        const bool texture = isWhole(texturePool_);
+        const bool normals = isWhole(normalPool_);
+        return end > start ? closeFace(kind, material, start, texture, normals) : -1;
     }
 
     int vertexCount() const { return size(vertices_); }
     int texVertexCount() const { return size(texVertices_); }
     int normalCount() const { return size(normals_); }
-    int faceCount() const { return size(faces_); }
+    int faceCount() const { return static_cast<int>(faces_.size()); }
     std::size_t cornerCount() const { return pool_.size(); }  // of all faces
+
+    /// The vertices of all corners, faces in order.
+    std::span<const int> cornerVertices() const { return pool_; }
+    /// The face that has a corner, by the corner's place among all.
+    int faceOfCorner(std::size_t corner) const {
+        return static_cast<int>(faces_.faceOfCorner(static_cast<std::uint32_t>(corner)));
+    }
 
     std::span<const Point> vertices() const { return vertices_; }
     std::span<const Point> texVertices() const { return texVertices_; }
@@ -86,53 +108,33 @@ class MeshRecord {
 
     /// Face `i` of 0 to faceCount() - 1.
     FaceView face(int i) const {
-        const Face& f = faces_[static_cast<std::size_t>(i)];
-        return {static_cast<ElementKind>(f.shape >> kKindShift & kKindMask), f.material,
-                list(pool_, f), (f.shape & kHasTexture) != 0 ? list(texturePool_, f) : NoList(),
-                (f.shape & kHasNormals) != 0 ? list(normalPool_, f) : NoList()};
+        const FaceTable::Place place = faces_.at(static_cast<std::size_t>(i));
+        const FaceTable::Shape& shape = place.shape;
+        return {shape.kind, shape.material, list(pool_, place),
+                shape.texture ? list(texturePool_, place) : NoList(),
+                shape.normals ? list(normalPool_, place) : NoList()};
     }
 
     void setMaterial(int face, int material) {
-        faces_[static_cast<std::size_t>(face)].material = material;
+        faces_.setMaterial(static_cast<std::size_t>(face), material);
     }
 
     /// Replaces all normals. `corners` has one index for each corner of each face, faces in order
     /// (cornerCount() in all); every face then has a normal list. -1, and nothing done, where the
     /// count differs or an index is out of range.
-    int setNormals(std::vector<Point> normals, std::span<const int> corners) {
+    int setNormals(std::vector<Point> normals, std::vector<int> corners) {
         if (corners.size() != cornerCount() || !inRange(corners, normals)) return -1;
-        for (Face& face : faces_)
-            face.shape |= kHasNormals;
-        normalPool_.assign(corners.begin(), corners.end());
+        faces_.setHasNormals();
+        normalPool_ = std::move(corners);
         normals_ = std::move(normals);
         return 0;
     }
 
     /// Drops points, texture vertices and normals that no face uses. The others keep their order.
     void dropUnused() {
-        const auto keep = [this](std::vector<Point>& points, std::vector<int>& pool,
-                                 std::uint32_t lists) {
-            constexpr int kUnused = -1;
-            std::vector<int> numbers(points.size(), kUnused);
-            const auto forEachIndex = [&](auto&& visit) {
-                for (const Face& face : faces_)
-                    for (std::uint32_t i = 0; (face.shape & lists) == lists && i < count(face); ++i)
-                        visit(pool[face.start + i]);
-            };
-            forEachIndex([&](int index) { numbers[static_cast<std::size_t>(index)] = 0; });
-            int next = 0;
-            for (std::size_t i = 0; i < points.size(); ++i) {
-                if (numbers[i] == kUnused) continue;
-                points[static_cast<std::size_t>(next)] = points[i];
-                numbers[i] = next++;
-            }
-            if (next == size(points)) return;
-            points.resize(static_cast<std::size_t>(next));
-            forEachIndex([&](int& index) { index = numbers[static_cast<std::size_t>(index)]; });
-        };
-        keep(vertices_, pool_, 0);
-        keep(texVertices_, texturePool_, kHasTexture);
-        keep(normals_, normalPool_, kHasNormals);
+        dropUnused(vertices_, pool_, [](const FaceTable::Shape&) { return true; });
+        dropUnused(texVertices_, texturePool_, [](const auto& shape) { return shape.texture; });
+        dropUnused(normals_, normalPool_, [](const auto& shape) { return shape.normals; });
     }
 
     /// Makes room, so that adding that many doesn't move what is there. `corners` counts those of
@@ -150,32 +152,79 @@ class MeshRecord {
 
     void clear() { *this = {}; }
 
-    /// Gives unused capacity back.
+    /// Gives unused capacity back where it is worth a copy.
     void shrinkToFit() {
-        vertices_.shrink_to_fit();
-        texVertices_.shrink_to_fit();
-        normals_.shrink_to_fit();
-        faces_.shrink_to_fit();
-        pool_.shrink_to_fit();
-        texturePool_.shrink_to_fit();
-        normalPool_.shrink_to_fit();
+        const auto shrink = [](auto& list) {
+            if (list.capacity() - list.size() > list.size() / 16) list.shrink_to_fit();
+        };
+        shrink(vertices_);
+        shrink(texVertices_);
+        shrink(normals_);
+        shrink(pool_);
+        shrink(texturePool_);
+        shrink(normalPool_);
     }
 
   private:
-    struct Face {
-        std::uint32_t start = 0;  // of the corners in the pools
-        std::int32_t material = 0;
-        std::uint32_t shape = 0;  // count of corners, kind, and which lists there are
-    };
-    static constexpr std::uint32_t kMaxCorners = (1U << 28) - 1;
-    static constexpr unsigned kKindShift = 28;
-    static constexpr std::uint32_t kKindMask = 3;
-    static constexpr std::uint32_t kHasTexture = 1U << 30;
-    static constexpr std::uint32_t kHasNormals = 1U << 31;
-    static constexpr std::size_t kMaxStart = std::numeric_limits<std::uint32_t>::max();
+    friend class MeshSplit;
     using NoList = std::span<const int>;
 
-    static std::uint32_t count(const Face& face) { return face.shape & kMaxCorners; }
+    std::size_t faceEnd() const { return faces_.cornerEnd(); }
+
+    int closeFace(ElementKind kind, int material, std::size_t start, bool texture, bool normals) {
+        constexpr std::size_t kMaxEnd = std::numeric_limits<std::uint32_t>::max();
+        constexpr std::size_t kMaxFaces = std::numeric_limits<int>::max();
+        if (pool_.size() > kMaxEnd || faces_.size() >= kMaxFaces) throw std::bad_alloc();
+        faces_.add(
+            {static_cast<std::uint32_t>(pool_.size() - start), material, kind, texture, normals});
+        return faceCount() - 1;
+    }
+
+    static bool addOpen(int index, const std::vector<Point>& points, std::vector<int>& pool) {
+        if (index < 0 || static_cast<std::size_t>(index) >= points.size()) return false;
+        pool.push_back(index);
+        return true;
+    }
+
+    /// Those of `points` that `pool` doesn't index, in faces of which `has` is true.
+    template <typename Has>
+    void dropUnused(std::vector<Point>& points, std::vector<int>& pool, Has&& has) {
+        struct Word {
+            std::uint64_t used = 0;    // a bit for each of 64 points
+            std::uint32_t before = 0;  // how many are used of those before
+        };
+        std::vector<Word> words(points.size() / 64 + 1);
+        const auto forEachIndex = [&](auto&& visit) {
+            for (std::size_t f = 0; f < faces_.size(); ++f) {
+                const FaceTable::Place place = faces_.at(f);
+                if (!has(place.shape)) continue;
+                for (std::uint32_t i = 0; i < place.shape.count; ++i)
+                    visit(pool[place.start + i]);
+            }
+        };
+        forEachIndex([&](int index) {
+            const auto i = static_cast<std::size_t>(index);
+            words[i / 64].used |= std::uint64_t{1} << i % 64;
+        });
+        std::uint32_t count = 0;
+        for (Word& word : words) {
+            word.before = count;
+            count += static_cast<std::uint32_t>(std::popcount(word.used));
+        }
+        if (count == points.size()) return;
+        const auto numberOf = [&](std::size_t i) {
+            const Word& word = words[i / 64];
+            const std::uint64_t below = word.used & ((std::uint64_t{1} << i % 64) - 1);
+            return word.before + static_cast<std::uint32_t>(std::popcount(below));
+        };
+        for (std::size_t i = 0; i < points.size(); ++i)
+            if ((words[i / 64].used >> i % 64 & 1) != 0) points[numberOf(i)] = points[i];
+        points.resize(count);
+        points.shrink_to_fit();
+        forEachIndex([&](int& index) {
+            index = static_cast<int>(numberOf(static_cast<std::size_t>(index)));
+        });
+    }
 
     template <typename T>
     static int size(const std::vector<T>& list) {
@@ -207,14 +256,14 @@ class MeshRecord {
         pool.insert(pool.end(), indices.begin(), indices.end());
     }
 
-    static std::span<const int> list(const std::vector<int>& pool, const Face& face) {
-        return {pool.data() + face.start, count(face)};
+    static std::span<const int> list(const std::vector<int>& pool, const FaceTable::Place& place) {
+        return {pool.data() + place.start, place.shape.count};
     }
 
     std::vector<Point> vertices_;
     std::vector<Point> texVertices_;
     std::vector<Point> normals_;
-    std::vector<Face> faces_;
+    FaceTable faces_;
     std::vector<int> pool_;         // vertices of all corners
     std::vector<int> texturePool_;  // in the same places, as far as any face has them
     std::vector<int> normalPool_;   // likewise

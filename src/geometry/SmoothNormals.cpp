@@ -5,6 +5,9 @@
 #include <cstdint>
 #include <limits>
 #include <unordered_map>
+#include <utility>
+
+#include "toolkit/Release.h"
 
 namespace orvin {
 
@@ -96,72 +99,85 @@ class Groups {
     std::unordered_multimap<std::uint64_t, std::size_t> grid_;
 };
 
-/// The corners of all faces (numbered through, faces in order), gathered by vertex.
-struct CornersByVertex {
-    std::vector<std::size_t> starts;  // of each vertex's corners in `corners`, and the end
-    std::vector<std::uint32_t> corners;
-    std::vector<std::uint32_t> faces;  // of each corner, by its number
+/// The planes' normals of faces, made when they are asked for. The last ones are kept: faces around
+/// a vertex have mostly been there for a neighbour.
+class FaceNormals {
+  public:
+    explicit FaceNormals(const Mesh3& mesh) : mesh_(mesh), kept_(kSize) {}
 
-    explicit CornersByVertex(const Mesh3& mesh)
-        : starts(static_cast<std::size_t>(mesh.vertexCount()) + 1),
-          corners(mesh.cornerCount()),
-          faces(mesh.cornerCount()) {
-        std::size_t corner = 0;
-        for (int i = 0; i < mesh.faceCount(); ++i)
-            for (const int vertex : mesh.face(i).vertices) {
-                faces[corner++] = static_cast<std::uint32_t>(i);
-                ++starts[static_cast<std::size_t>(vertex) + 1];
-            }
-        for (std::size_t v = 1; v < starts.size(); ++v)
-            starts[v] += starts[v - 1];
-        std::vector<std::size_t> next(starts.begin(), starts.end() - 1);
-        corner = 0;
-        for (int i = 0; i < mesh.faceCount(); ++i)
-            for (const int vertex : mesh.face(i).vertices)
-                corners[next[static_cast<std::size_t>(vertex)]++] =
-                    static_cast<std::uint32_t>(corner++);
+    Vec3 of(int face) {
+        Kept& kept = kept_[static_cast<std::size_t>(face) % kSize];
+        if (kept.face != face) kept = {mesh_.facePlane(face).normal, face};
+        return kept.normal;
     }
+
+  private:
+    struct Kept {
+        Vec3 normal;
+        int face = -1;
+    };
+    static constexpr std::size_t kSize = 4096;
+
+    const Mesh3& mesh_;
+    std::vector<Kept> kept_;
 };
 
-}  // namespace
+struct CornerNormals {
+    std::vector<Vec3> normals;
+    std::vector<int> corners;  // of each corner, faces in order: its normal
+};
 
-void smoothNormals(Mesh3& mesh, double angleDegrees) {
+/// Smooth normals of all faces. Beside them it takes four bytes a vertex.
+CornerNormals smoothCorners(const Mesh3& mesh, double angleDegrees) {
     const bool allHard = !(angleDegrees >= 0.0) || !std::isfinite(angleDegrees);
     const double limit = allHard ? std::numeric_limits<double>::infinity()
                                  : std::cos(angleDegrees * kRadiansPerDegree) - kDotNoise;
 
-    std::vector<Vec3> faceNormals(static_cast<std::size_t>(mesh.faceCount()));
-    for (int i = 0; i < mesh.faceCount(); ++i)
-        faceNormals[static_cast<std::size_t>(i)] = mesh.facePlane(i).normal;
+    // The corners of a vertex are chained where their normals will stand.
+    constexpr int kEnd = -1;
+    const std::span<const int> vertices = mesh.cornerVertices();
+    std::vector<int> corners(vertices.size());
+    std::vector<int> first(static_cast<std::size_t>(mesh.vertexCount()), kEnd);
+    for (std::size_t corner = vertices.size(); corner-- > 0;)
+        corners[corner] = std::exchange(first[static_cast<std::size_t>(vertices[corner])],
+                                        static_cast<int>(corner));
 
-    const CornersByVertex byVertex(mesh);
-    std::vector<Vec3> normals;
-    normals.reserve(static_cast<std::size_t>(mesh.vertexCount()));
-    std::vector<int> cornerNormals(mesh.cornerCount());
-    const auto add = [&normals](Vec3 normal) {
-        normals.push_back(normal);
-        return static_cast<int>(normals.size() - 1);
-    };
+    FaceNormals faceNormals(mesh);
+    int count = 0;
     Groups groups(allHard ? 1.0 : limit);
-    for (std::size_t v = 0; v + 1 < byVertex.starts.size(); ++v) {
+    for (int corner : first) {
         groups.clear();
-        for (std::size_t i = byVertex.starts[v]; i < byVertex.starts[v + 1]; ++i) {
-            const std::uint32_t corner = byVertex.corners[i];
-            const Vec3 normal = faceNormals[byVertex.faces[corner]];
+        while (corner != kEnd) {
+            const auto place = static_cast<std::uint32_t>(corner);  // there may be more than 2^31
+            const Vec3 normal = faceNormals.of(mesh.faceOfCorner(place));
             // A face without area is near nothing, as long as the angle is below a right one.
             const bool alone = allHard || (normal == Vec3{} && limit > 0.0);
-            if (const Groups::Group* const group = alone ? nullptr : groups.find(normal)) {
-                normals[static_cast<std::size_t>(group->normal)] += normal;
-                cornerNormals[corner] = group->normal;
-                continue;
-            }
-            cornerNormals[corner] = add(normal);
-            if (!alone) groups.open(normal, cornerNormals[corner]);
+            const Groups::Group* const group = alone ? nullptr : groups.find(normal);
+            const int number = group != nullptr ? group->normal : count++;
+            if (group == nullptr && !alone) groups.open(normal, number);
+            corner = std::exchange(corners[place], number);
         }
+    }
+    release(first);
+
+    // Minus zero: the sum of one normal is that normal.
+    std::vector<Vec3> normals(static_cast<std::size_t>(count), Vec3{-0.0, -0.0, -0.0});
+    auto corner = corners.begin();
+    for (int face = 0; face < mesh.faceCount(); ++face) {
+        const Vec3 normal = mesh.facePlane(face).normal;
+        for (std::size_t i = mesh.face(face).vertices.size(); i > 0; --i)
+            normals[static_cast<std::size_t>(*corner++)] += normal;
     }
     for (Vec3& normal : normals)
         normal = normalize(normal);
-    mesh.setNormals(std::move(normals), cornerNormals);
+    return {std::move(normals), std::move(corners)};
+}
+
+}  // namespace
+
+void smoothNormals(Mesh3& mesh, double angleDegrees) {
+    CornerNormals smooth = smoothCorners(mesh, angleDegrees);
+    mesh.setNormals(std::move(smooth.normals), std::move(smooth.corners));
 }
 
 bool completeNormals(Mesh3& mesh, double angleDegrees) {
@@ -173,21 +189,20 @@ bool completeNormals(Mesh3& mesh, double angleDegrees) {
         smoothNormals(mesh, angleDegrees);
         return true;
     }
-    Mesh3 smooth = mesh;
-    smoothNormals(smooth, angleDegrees);
-    std::vector<Vec3> normals(mesh.normals().begin(), mesh.normals().end());
+    CornerNormals all = smoothCorners(mesh, angleDegrees);
     const int own = mesh.normalCount();
-    std::vector<int> cornerNormals;
-    cornerNormals.reserve(mesh.cornerCount());
+    std::vector<Vec3> normals;
+    normals.reserve(static_cast<std::size_t>(own) + all.normals.size());
+    normals.assign(mesh.normals().begin(), mesh.normals().end());
+    normals.insert(normals.end(), all.normals.begin(), all.normals.end());
+    release(all.normals);
+    auto corner = all.corners.begin();
     for (int i = 0; i < mesh.faceCount(); ++i) {
-        const auto kept = mesh.face(i).normals;
-        cornerNormals.insert(cornerNormals.end(), kept.begin(), kept.end());
-        if (!kept.empty()) continue;
-        for (const int normal : smooth.face(i).normals)
-            cornerNormals.push_back(own + normal);
+        const FaceView face = mesh.face(i);
+        for (std::size_t c = 0; c < face.vertices.size(); ++c, ++corner)
+            *corner = face.normals.empty() ? own + *corner : face.normals[c];
     }
-    normals.insert(normals.end(), smooth.normals().begin(), smooth.normals().end());
-    mesh.setNormals(std::move(normals), cornerNormals);
+    mesh.setNormals(std::move(normals), std::move(all.corners));
     return true;
 }
 

@@ -1,5 +1,6 @@
-// ByteReader: big-endian values and chunks from bytes in memory. Reading past the end gives zeros
-// and marks the reader as failed; it never leaves the bytes.
+// ByteReader: big-endian values and chunks from a part of a model file. Reading past the end gives
+// zeros and marks the reader as failed; it never leaves its part. Readers are copied to read ahead
+// or to come back: they only know their place.
 #pragma once
 
 #include <algorithm>
@@ -7,12 +8,12 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <span>
-#include <string_view>
+#include <cstring>
+#include <string>
+
+#include "interchange/ModelInput.h"
 
 namespace orvin {
-
-using Bytes = std::span<const std::uint8_t>;
 
 /// The four letters of a chunk's name as a number.
 constexpr std::uint32_t chunkId(const char (&name)[5]) {
@@ -22,17 +23,15 @@ constexpr std::uint32_t chunkId(const char (&name)[5]) {
     return id;
 }
 
-struct IffChunk {
-    std::uint32_t id = 0;
-    Bytes body;  // of the size that is there, if the chunk says a larger one
-};
+struct IffChunk;
 
 class ByteReader {
   public:
-    explicit ByteReader(Bytes bytes) : bytes_(bytes) {}
+    explicit ByteReader(ModelInput& input) : input_(&input), end_(input.size()) {}
 
-    bool atEnd() const { return at_ == bytes_.size(); }
-    std::size_t rest() const { return bytes_.size() - at_; }
+    bool atEnd() const { return at_ == end_; }
+    std::size_t rest() const { return end_ - at_; }
+    std::size_t position() const { return at_; }  // in the file
     bool failed() const { return failed_; }
 
     std::uint16_t u16() { return static_cast<std::uint16_t>(number<2>()); }
@@ -45,41 +44,45 @@ class ByteReader {
     double f32() { return finite(static_cast<double>(std::bit_cast<float>(u32()))); }
     double f64() { return finite(std::bit_cast<double>(number<8>())); }
 
-    /// The next `count` bytes, or what there is of them.
-    Bytes take(std::size_t count) {
+    /// A reader of the next `count` bytes, or of what there is of them.
+    ByteReader take(std::size_t count) {
         if (count > rest()) {
             failed_ = true;
             count = rest();
         }
-        const Bytes taken = bytes_.subspan(at_, count);
+        ByteReader taken = *this;
+        taken.failed_ = false;
         at_ += count;
+        taken.end_ = at_;
         return taken;
     }
 
     /// Text up to its zero byte, which is skipped, and one more if the text with it is odd.
-    std::string_view text() {
-        const Bytes left = bytes_.subspan(at_);
-        std::size_t length = 0;
-        while (length < left.size() && left[length] != 0)
-            ++length;
-        at_ += std::min(left.size(), (length / 2 + 1) * 2);
-        return {reinterpret_cast<const char*>(left.data()), length};
+    std::string text() {
+        std::string text;
+        forText([&text](const std::uint8_t* from, std::size_t count) {
+            text.append(reinterpret_cast<const char*>(from), count);
+        });
+        return text;
+    }
+    void skipText() {
+        forText([](const std::uint8_t*, std::size_t) {});
     }
 
     /// The next chunk: name, size in four bytes, content. Short rests give an empty chunk, name 0.
-    IffChunk chunk() { return sizedChunk<4>(); }
+    IffChunk chunk();
     /// The same with the size in two bytes.
-    IffChunk subChunk() { return sizedChunk<2>(); }
+    IffChunk subChunk();
 
   private:
     template <std::size_t Size>
     std::uint64_t number() {
         if (rest() < Size) {
-            at_ = bytes_.size();
+            at_ = end_;
             failed_ = true;
             return 0;
         }
-        const std::uint8_t* const p = bytes_.data() + at_;
+        const std::uint8_t* const p = input_->bytes(at_, Size);
         at_ += Size;
         if constexpr (Size == 1) return p[0];
         if constexpr (Size == 2) return static_cast<std::uint64_t>(p[0] << 8 | p[1]);
@@ -94,30 +97,66 @@ class ByteReader {
 
     static double finite(double value) { return std::isfinite(value) ? value : 0.0; }
 
-    template <std::size_t SizeBytes>
-    IffChunk sizedChunk() {
-        IffChunk chunk;
-        chunk.id = u32();
-        const auto size = static_cast<std::size_t>(number<SizeBytes>());
-        if (failed_) return {};
-        chunk.body = take(size);
-        if (size % 2 != 0) skipPadding();
-        return chunk;
+    template <typename Part>
+    void forText(Part&& part) {
+        const std::size_t start = at_;
+        bool ended = false;
+        while (!ended && !atEnd()) {
+            const Bytes seen = input_->look(at_, 1);
+            const std::size_t count = std::min(seen.size(), rest());
+            const void* const zero = std::memchr(seen.data(), 0, count);
+            ended = zero != nullptr;
+            const auto length =
+                ended
+                    ? static_cast<std::size_t>(static_cast<const std::uint8_t*>(zero) - seen.data())
+                    : count;
+            part(seen.data(), length);
+            at_ += length;
+        }
+        at_ = start + std::min(end_ - start, ((at_ - start) / 2 + 1) * 2);
     }
+
+    template <std::size_t SizeBytes>
+    IffChunk sizedChunk();
 
     /// A chunk of odd size is followed by a byte of padding; some writers forget it.
     void skipPadding() {
-        if (atEnd()) return;
-        const Bytes next = bytes_.subspan(at_);
-        bool isName = next.size() >= 4;
-        for (std::size_t i = 0; isName && i < 4; ++i)
-            isName = (next[i] >= 'A' && next[i] <= 'Z') || (next[i] >= '0' && next[i] <= '9');
-        if (!isName) ++at_;
+        ByteReader next = take(std::min<std::size_t>(rest(), 4));
+        const std::size_t count = next.rest();
+        bool isName = count == 4;
+        while (isName && !next.atEnd()) {
+            const std::uint8_t c = next.u8();
+            isName = (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+        }
+        at_ -= isName || count == 0 ? count : count - 1;
     }
 
-    Bytes bytes_;
+    ModelInput* input_;
     std::size_t at_ = 0;
+    std::size_t end_;
     bool failed_ = false;
 };
+
+struct IffChunk {
+    std::uint32_t id = 0;
+    ByteReader body;  // of the size that is there, if the chunk says a larger one
+};
+
+template <std::size_t SizeBytes>
+IffChunk ByteReader::sizedChunk() {
+    const std::uint32_t id = u32();
+    const auto size = static_cast<std::size_t>(number<SizeBytes>());
+    if (failed_) return {0, take(0)};
+    const IffChunk chunk{id, take(size)};
+    if (size % 2 != 0) skipPadding();
+    return chunk;
+}
+
+inline IffChunk ByteReader::chunk() {
+    return sizedChunk<4>();
+}
+inline IffChunk ByteReader::subChunk() {
+    return sizedChunk<2>();
+}
 
 }  // namespace orvin

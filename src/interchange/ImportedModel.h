@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -15,10 +16,25 @@ namespace orvin {
 class SceneX;
 
 struct ImportedModel {
+    /// From this face of the mesh on, up to the next start, faces belong to the group.
+    struct GroupStart {
+        std::uint32_t face = 0;
+        std::uint32_t group = 0;
+    };
+
     Mesh3 mesh;
     std::vector<std::string> groups;
-    std::vector<std::uint32_t> faceGroups;  // group of each face of the mesh
+    std::vector<GroupStart> groupStarts;  // by face; the first face has one
+    std::optional<double> smoothAngle;    // groups get smooth normals with it when they are split
+
+    /// The group of a face.
+    std::uint32_t groupOf(int face) const;
 };
+
+/// Gives elements without normals smooth ones (see completeNormals of a mesh). Groups that share
+/// points share normals there; where none do, and none has normals of its own, the meshes of the
+/// groups are to get theirs: splitByGroup() does it.
+void completeNormals(ImportedModel& model, double angleDegrees);
 
 /// The faces of each group as a mesh of its own, with the points that it uses, in the order of
 /// first use; those of a model with a single group keep the order that they have.

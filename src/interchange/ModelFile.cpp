@@ -2,24 +2,13 @@
 
 #include <string>
 
-#include "render/image/FileBytes.h"
 #include "scene/FileAccess.h"
 #include "toolkit/platform/Platform.h"
 
 namespace orvin {
 
-namespace {
-
 void reportUnopened(const std::filesystem::path& path) {
     std::fprintf(stderr, "Cannot open '%s'.\n", platform::textFromPath(path).c_str());
-}
-
-}  // namespace
-
-std::optional<std::vector<std::uint8_t>> readModelFile(const std::filesystem::path& path) {
-    auto bytes = readWholeFile(path);
-    if (!bytes) reportUnopened(path);
-    return bytes;
 }
 
 Result writeModelFile(const std::filesystem::path& path, std::string_view writer,

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "geometry/ModelHooks.h"
+#include "geometry/SmoothNormals.h"
 #include "interchange/Cinema4d.h"
 #include "interchange/ObjReader.h"
 #include "interchange/ObjWriter.h"
@@ -159,6 +160,7 @@ void installModelHooks() {
     hooks.read = [](const std::string& path, Mesh3& mesh) -> Result {
         ImportedModel model;
         if (readObj(platform::pathFromText(path), model) != kSuccess) return kFailure;
+        completeNormals(model.mesh, defaultHardShadingAngle());
         mesh = std::move(model.mesh);
         return kSuccess;
     };

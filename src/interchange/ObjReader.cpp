@@ -1,14 +1,13 @@
 #include "interchange/ObjReader.h"
 
-#include <cmath>
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <limits>
 #include <unordered_map>
 
 #include "geometry/SmoothNormals.h"
 #include "interchange/ModelFile.h"
-#include "toolkit/Numbers.h"
+#include "interchange/TextScanner.h"
 #include "toolkit/Progress.h"
 
 namespace orvin {
@@ -27,25 +26,100 @@ struct Reference {
     int given = 0;
     bool present = false;
 
-    /// Index from 0; `count` are there. Negative or too large for an index out of range.
-    std::int64_t index(int count) const {
-        return given > 0 ? std::int64_t{given} - 1 : std::int64_t{given} + count;
+    /// Index from 0; `count` are there. Out of the range of both for an index out of range.
+    int index(int count) const {
+        const std::int64_t index =
+            given > 0 ? std::int64_t{given} - 1 : std::int64_t{given} + count;
+        return index < count ? static_cast<int>(std::max<std::int64_t>(index, -1)) : -1;
     }
 };
 
+/// What the keywords of lines say.
+enum class Line { kOther, kVertex, kTexture, kNormal, kPolygon, kLine, kPoint, kGroup };
+
+Line lineOf(TextScanner& text) {
+    text.skipBlanks();
+    if (text.atLineEnd() || text.peek() == '#') return Line::kOther;
+    const std::string_view keyword = text.token();
+    if (keyword == "v") return Line::kVertex;
+    if (keyword == "f" || keyword == "fo") return Line::kPolygon;
+    if (keyword == "vt") return Line::kTexture;
+    if (keyword == "vn") return Line::kNormal;
+    if (keyword == "l") return Line::kLine;
+    if (keyword == "p") return Line::kPoint;
+    if (keyword == "g") return Line::kGroup;
+    return Line::kOther;
+}
+
+/// Moves to the next corner of an element, over the ends of continued lines. False at the element's
+/// end. `onBare` is called for a backslash between blanks that ends no line.
+template <typename OnBare>
+bool findCorner(TextScanner& text, OnBare&& onBare) {
+    for (;;) {
+        text.skipBlanks();
+        if (text.atLineEnd()) return false;
+        if (text.peek() != '\\' || text.isInToken(1)) return true;
+        text.skip();
+        text.skipBlanks();
+        if (!text.atLineEnd())
+            onBare();
+        else if (!text.atEnd())
+            text.skip();
+    }
+}
+
+/// Counts what a file holds and makes room for it in `mesh`: nothing moves while it is read then.
+Result reserve(TextScanner& text, Mesh3& mesh) {
+    std::size_t vertices = 0;
+    std::size_t textures = 0;
+    std::size_t normals = 0;
+    std::size_t faces = 0;
+    std::size_t corners = 0;
+    bool hasTexture = false;
+    bool hasNormals = false;
+    for (int line = 1; !text.atEnd(); ++line) {
+        if (line % kLinesPerTick == 0 && pollProgress(0, 100) != 0) return kFailure;
+        switch (lineOf(text)) {
+            case Line::kVertex:
+                ++vertices;
+                break;
+            case Line::kTexture:
+                ++textures;
+                break;
+            case Line::kNormal:
+                ++normals;
+                break;
+            case Line::kPolygon:
+            case Line::kLine:
+            case Line::kPoint:
+                for (++faces; findCorner(text, [] {}); ++corners) {
+                    const int slashes = text.countInToken('/');
+                    hasTexture = hasTexture || slashes > 0;
+                    hasNormals = hasNormals || slashes > 1;
+                }
+                break;
+            default:
+                break;
+        }
+        text.skipLine();
+    }
+    mesh.reserve(vertices, hasTexture ? textures : 0, hasNormals ? normals : 0, faces, corners);
+    mesh.reserve(0, textures, normals, 0, 0);
+    return kSuccess;
+}
+
 class ObjParser {
   public:
-    ObjParser(std::string_view text, ImportedModel& model)
-        : begin_(text.data()), cursor_(begin_), end_(begin_ + text.size()), model_(model) {
-        const bool hasLineFeed = text.find('\n') != std::string_view::npos;
-        lineEnd_ = hasLineFeed ? '\n' : '\r';
-    }
+    ObjParser(ModelInput& input, ImportedModel& model) : text_(input), model_(model) {}
 
     Result run() {
-        for (int line = 1; cursor_ != end_; ++line) {
-            if (line % kLinesPerTick == 0 && pollProgress(percent(), 100) != 0) return kFailure;
+        if (reserve(text_, model_.mesh) != kSuccess) return kFailure;
+        text_.rewind();
+        for (int line = 1; !text_.atEnd(); ++line) {
+            if (line % kLinesPerTick == 0 && pollProgress(text_.percent(), 100) != 0)
+                return kFailure;
             parseLine();
-            skipLine();
+            text_.skipLine();
         }
         if (model_.groups.empty()) openGroup(kObjDefaultGroup);
         if (reports_ > kMaxReports)
@@ -55,78 +129,45 @@ class ObjParser {
     }
 
   private:
-    int percent() const {
-        return static_cast<int>(100.0 * static_cast<double>(cursor_ - begin_) /
-                                static_cast<double>(end_ - begin_));
-    }
-
-    // ---- characters
-
-    bool atLineEnd() const { return cursor_ == end_ || *cursor_ == lineEnd_; }
-    bool isBlank(char c) const {
-        return c == ' ' || c == '\t' || ((c == '\r' || c == '\v' || c == '\f') && c != lineEnd_);
-    }
-    void skipBlanks() {
-        while (cursor_ != end_ && isBlank(*cursor_))
-            ++cursor_;
-    }
-    bool atTokenEnd() const { return atLineEnd() || isBlank(*cursor_); }
-    std::string_view nextToken() {
-        skipBlanks();
-        const char* const start = cursor_;
-        while (!atTokenEnd())
-            ++cursor_;
-        return {start, static_cast<std::size_t>(cursor_ - start)};
-    }
-    void skipLine() {
-        if (cursor_ == end_) return;
-        const auto* const next = static_cast<const char*>(
-            std::memchr(cursor_, lineEnd_, static_cast<std::size_t>(end_ - cursor_)));
-        cursor_ = next != nullptr ? next + 1 : end_;
-    }
-
     // ---- lines
 
     void parseLine() {
-        skipBlanks();
-        if (atLineEnd() || *cursor_ == '#') return;
-        const std::string_view keyword = nextToken();
-        if (keyword == "v") {
-            model_.mesh.addVertex(parsePoint());
-        } else if (keyword == "f" || keyword == "fo") {
-            parseElement(ElementKind::kPolygon);
-        } else if (keyword == "vt") {
-            model_.mesh.addTexVertex(parsePoint());
-        } else if (keyword == "vn") {
-            model_.mesh.addNormal(parsePoint());
-        } else if (keyword == "l") {
-            parseElement(ElementKind::kLine);
-        } else if (keyword == "p") {
-            parseElement(ElementKind::kPointList);
-        } else if (keyword == "g") {
-            for (auto name = nextToken(); !name.empty(); name = nextToken())
-                openGroup(name);
+        switch (lineOf(text_)) {
+            case Line::kVertex:
+                model_.mesh.addVertex(parsePoint());
+                break;
+            case Line::kTexture:
+                model_.mesh.addTexVertex(parsePoint());
+                break;
+            case Line::kNormal:
+                model_.mesh.addNormal(parsePoint());
+                break;
+            case Line::kPolygon:
+                parseElement(ElementKind::kPolygon);
+                break;
+            case Line::kLine:
+                parseElement(ElementKind::kLine);
+                break;
+            case Line::kPoint:
+                parseElement(ElementKind::kPointList);
+                break;
+            case Line::kGroup:
+                for (auto name = text_.token(); !name.empty(); name = text_.token())
+                    openGroup(name);
+                break;
+            case Line::kOther:
+                break;
         }
     }
 
     Vec3 parsePoint() {
-        const double x = parseNumber();
-        const double y = parseNumber();
-        return {x, y, parseNumber()};
-    }
-
-    double parseNumber() {
-        skipBlanks();
-        double value = 0.0;
-        const char* const after = scanDouble(cursor_, end_, value);
-        if (after != nullptr) cursor_ = after;
-        while (!atTokenEnd())
-            ++cursor_;
-        return std::isfinite(value) ? value : 0.0;
+        const double x = text_.number();
+        const double y = text_.number();
+        return {x, y, text_.number()};
     }
 
     void openGroup(std::string_view name) {
-        const auto known = groupNumbers_.find(name);
+        const auto known = groupNumbers_.find(std::string(name));
         if (known != groupNumbers_.end()) {
             group_ = known->second;
         } else if (model_.groups.size() < kObjMaxGroups) {
@@ -142,30 +183,14 @@ class ObjParser {
     // ---- elements
 
     void parseElement(ElementKind kind) {
-        vertices_.clear();
-        texture_.clear();
-        normals_.clear();
-        while (findCorner())
+        while (findCorner(text_, [this] { report("vertex", 0); }))
             parseCorner();
-        if (model_.mesh.addFace(kind, 0, vertices_, texture_, normals_) < 0) return;
+        const int face = model_.mesh.finishFace(kind, 0);
+        if (face < 0) return;
         if (!hasGroup_) openGroup(kObjDefaultGroup);
-        model_.faceGroups.push_back(group_);
-    }
-
-    /// Moves to the next corner, over the ends of continued lines. False at the element's end.
-    bool findCorner() {
-        for (;;) {
-            skipBlanks();
-            if (atLineEnd()) return false;
-            if (*cursor_ != '\\') return true;
-            const char* const backslash = cursor_++;
-            skipBlanks();
-            if (!atLineEnd()) {  // not the last token: a corner without a number
-                cursor_ = backslash;
-                return true;
-            }
-            if (cursor_ != end_) ++cursor_;
-        }
+        auto& starts = model_.groupStarts;
+        if (starts.empty() || starts.back().group != group_)
+            starts.push_back({static_cast<std::uint32_t>(face), group_});
     }
 
     void parseCorner() {
@@ -176,45 +201,38 @@ class ObjParser {
             texture = parseReference();
             if (skipSlash()) normal = parseReference();
         }
-        while (!atTokenEnd())
-            ++cursor_;
+        text_.skipToken();
 
-        const Mesh3& mesh = model_.mesh;
-        if (!add(vertex, mesh.vertexCount(), vertices_)) {
+        Mesh3& mesh = model_.mesh;
+        if (!mesh.addCorner(vertex.index(mesh.vertexCount()))) {
             report("vertex", vertex.given);
             return;
         }
-        if (texture.present && !add(texture, mesh.texVertexCount(), texture_))
+        if (texture.present && !mesh.addCornerTexture(texture.index(mesh.texVertexCount())))
             report("texture vertex", texture.given);
-        if (normal.present && !add(normal, mesh.normalCount(), normals_))
+        if (normal.present && !mesh.addCornerNormal(normal.index(mesh.normalCount())))
             report("normal", normal.given);
     }
 
     bool skipSlash() {
-        if (cursor_ == end_ || *cursor_ != '/') return false;
-        ++cursor_;
+        if (text_.peek() != '/') return false;
+        text_.skip();
         return true;
     }
 
     Reference parseReference() {
         constexpr std::int64_t kLimit = std::numeric_limits<int>::max();
-        const char* p = cursor_;
-        const bool negative = p != end_ && *p == '-';
-        if (p != end_ && (*p == '-' || *p == '+')) ++p;
-        if (p == end_ || !isDigit(*p)) return {};
+        const char sign = text_.peek();
+        const bool isSigned = sign == '-' || sign == '+';
+        if (!isDigit(text_.peek(isSigned ? 1 : 0))) return {};
+        if (isSigned) text_.skip();
         std::int64_t value = 0;
-        for (; p != end_ && isDigit(*p); ++p)
-            if (value <= kLimit) value = value * 10 + (*p - '0');
-        cursor_ = p;
+        for (char c = text_.peek(); isDigit(c); c = text_.peek()) {
+            if (value <= kLimit) value = value * 10 + (c - '0');
+            text_.skip();
+        }
         value = std::min(value, kLimit);
-        return {static_cast<int>(negative ? -value : value), true};
-    }
-
-    static bool add(Reference reference, int count, std::vector<int>& list) {
-        const std::int64_t index = reference.index(count);
-        if (index < 0 || index >= count) return false;
-        list.push_back(static_cast<int>(index));
-        return true;
+        return {static_cast<int>(sign == '-' ? -value : value), true};
     }
 
     void report(const char* what, int reference) {
@@ -222,32 +240,31 @@ class ObjParser {
             std::printf("OBJ Import: %s reference %d out of range !\n", what, reference);
     }
 
-    const char* begin_;
-    const char* cursor_;
-    const char* end_;
-    char lineEnd_ = '\n';
+    TextScanner text_;
     ImportedModel& model_;
-    std::unordered_map<std::string_view, std::uint32_t> groupNumbers_;  // names lie in the text
+    std::unordered_map<std::string, std::uint32_t> groupNumbers_;
     std::uint32_t group_ = 0;
     bool hasGroup_ = false;
     std::int64_t reports_ = 0;
-    std::vector<int> vertices_;  // of the element being read
-    std::vector<int> texture_;
-    std::vector<int> normals_;
 };
 
 }  // namespace
 
-Result parseObj(std::string_view text, ImportedModel& model) {
-    return ObjParser(text, model).run();
+Result parseObj(ModelInput& input, ImportedModel& model) {
+    return ObjParser(input, model).run();
 }
 
 Result readObj(const std::filesystem::path& path, ImportedModel& model) {
-    const auto bytes = readModelFile(path);
-    if (!bytes) return kFailure;
-    const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-    if (parseObj(text, model) != kSuccess) return kFailure;
-    completeNormals(model.mesh, defaultHardShadingAngle());
+    auto input = ModelInput::open(path);
+    if (!input || parseObj(*input, model) != kSuccess) return kFailure;
+    if (input->failed()) {
+        reportUnopened(path);
+        return kFailure;
+    }
+    input.reset();
+    // A single group without normals gets them as an object, when they are asked for.
+    if (model.groups.size() > 1 || model.mesh.normalCount() > 0)
+        completeNormals(model, defaultHardShadingAngle());
     std::printf("OBJ import done.\n");
     return kSuccess;
 }

@@ -6,7 +6,7 @@
 //
 // Odd files: an index out of range drops its corner (a texture or normal index: that list of its
 // face) with a line on standard output, a hundred lines at most. A coordinate that is missing, no
-// number or not finite is 0. No input allocates more than a small multiple of its size.
+// number or not finite is 0.
 //
 // Format: "Object Files (.obj)", appendix B1 of the Advanced Visualizer manual.
 #pragma once
@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "interchange/ImportedModel.h"
+#include "interchange/ModelInput.h"
 #include "toolkit/Result.h"
 
 namespace orvin {
@@ -27,13 +28,14 @@ inline constexpr std::string_view kObjDefaultGroup = "OBJ default";
 /// names doesn't fill the scene.
 inline constexpr std::size_t kObjMaxGroups = 10000;
 
-/// Reads the text of a file. A line with several group names gives the elements that follow to the
-/// last of them; a name that was there before goes on with its group. -1 when the progress callback
-/// stopped it (polled every 2000 lines).
-Result parseObj(std::string_view text, ImportedModel& model);
+/// Reads a file, twice: the first time it is counted. A line with several group names gives the
+/// elements that follow to the last of them; a name that was there before goes on with its group.
+/// -1 when the progress callback stopped it (polled every 2000 lines).
+Result parseObj(ModelInput& input, ImportedModel& model);
 
-/// Reads a file; elements without normals get smooth ones, with the default hard shading angle. -1,
-/// with a line on standard error, where it can't be read.
+/// Reads a file. In a model of several groups, which may share points, or with some normals,
+/// elements without normals get smooth ones with the default hard shading angle; in any other that
+/// is left to its object. -1, with a line on standard error, where it can't be read.
 Result readObj(const std::filesystem::path& path, ImportedModel& model);
 
 /// Reads a file into a scene, one ObjectP per group; `made` (if not null) gets them. On failure

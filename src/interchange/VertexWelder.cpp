@@ -2,6 +2,8 @@
 
 #include <bit>
 
+#include "toolkit/Release.h"
+
 namespace orvin {
 
 namespace {
@@ -17,27 +19,33 @@ std::uint64_t hashOf(Vec3 p) {
     return hash ^ (hash >> 29);
 }
 
+/// Where the search for `p` begins in a table of `size` entries.
+std::size_t placeOf(Vec3 p, std::size_t size) {
+    return static_cast<std::size_t>((hashOf(p) & 0xFFFFFFFFU) * size >> 32);
+}
+
 }  // namespace
 
 int VertexWelder::vertexAt(Mesh3& mesh, Vec3 p) {
     p += Vec3{};  // no minus zero
     const auto count = static_cast<std::size_t>(mesh.vertexCount());
     if (table_.size() < count + count / 4 + 1) grow(mesh);
-    const std::size_t mask = table_.size() - 1;
-    for (std::size_t i = hashOf(p) & mask;; i = (i + 1) & mask) {
+    const std::size_t size = table_.size();
+    for (std::size_t i = placeOf(p, size);; i = i + 1 < size ? i + 1 : 0) {
         if (table_[i] == kFree) return table_[i] = mesh.addVertex(p);
         if (mesh.vertices()[static_cast<std::size_t>(table_[i])] == p) return table_[i];
     }
 }
 
 void VertexWelder::grow(const Mesh3& mesh) {
-    const std::size_t size = table_.empty() ? kFirstSize : table_.size() * 2;
+    const std::size_t size = table_.empty() ? kFirstSize : table_.size() + table_.size() / 4;
+    release(table_);  // before the new one
     table_.assign(size, kFree);
     std::int32_t vertex = 0;
     for (const Vec3 p : mesh.vertices()) {
-        std::size_t i = hashOf(p) & (size - 1);
+        std::size_t i = placeOf(p, size);
         while (table_[i] != kFree)
-            i = (i + 1) & (size - 1);
+            i = i + 1 < size ? i + 1 : 0;
         table_[i] = vertex++;
     }
 }

@@ -8,7 +8,7 @@
 
 namespace orvin {
 
-/// Serves one mesh, to which nobody else adds vertices. Takes four to eight bytes a vertex.
+/// Serves one mesh, to which nobody else adds vertices. Takes five to seven bytes a vertex.
 class VertexWelder {
   public:
     /// The vertex of `mesh` at exactly `p` (minus zero is zero); a new one where there is none.
@@ -17,7 +17,7 @@ class VertexWelder {
   private:
     void grow(const Mesh3& mesh);
 
-    std::vector<std::int32_t> table_;  // vertices by hash, open addressing; a power of two of them
+    std::vector<std::int32_t> table_;  // vertices by hash, open addressing
 };
 
 }  // namespace orvin

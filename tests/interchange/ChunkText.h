@@ -42,8 +42,4 @@ inline std::string form(const std::string& type, const std::string& content) {
     return chunk("FORM", type + content);
 }
 
-inline Bytes bytesOf(const std::string& file) {
-    return {reinterpret_cast<const std::uint8_t*>(file.data()), file.size()};
-}
-
 }  // namespace orvin

@@ -78,7 +78,8 @@ TEST(DxfColors, NearestIsTheFirstOfEquals) {
 
 ImportedGroups parsed(std::string_view text) {
     ImportedGroups model;
-    EXPECT_EQ(parseDxf(text, model), kSuccess);
+    ModelInput input(text);
+    EXPECT_EQ(parseDxf(input, model), kSuccess);
     return model;
 }
 
@@ -190,7 +191,9 @@ TEST(DxfReader, AStopAddsNothing) {
     int polls = 0;
     setProgress([&polls](int, int) { return ++polls == 3 ? 1 : 0; });
     ImportedGroups model;
-    EXPECT_EQ(parseDxf(entities(text), model), kFailure);
+    const std::string file = entities(text);
+    ModelInput input(file);
+    EXPECT_EQ(parseDxf(input, model), kFailure);
     EXPECT_EQ(polls, 3);
     setProgress({});
     text.resize(text.size() / 10);

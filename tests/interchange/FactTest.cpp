@@ -15,7 +15,8 @@ namespace {
 
 ImportedGroups parsed(const std::string& file) {
     ImportedGroups model;
-    EXPECT_EQ(parseFact(bytesOf(file), model), kSuccess);
+    ModelInput input(file);
+    EXPECT_EQ(parseFact(input, model), kSuccess);
     return model;
 }
 
@@ -66,8 +67,10 @@ TEST(FactReader, DamagedFiles) {
     const std::string normals = chunk("NVRT", f32(0) + f32(0) + f32(1));
     const std::string good = form("3DFL", form("GRUP", kPoints + normals + kElement));
     ImportedGroups model;
-    for (const std::string& file : {std::string(), std::string("FORM"), form("LWO2", kPoints)})
-        EXPECT_EQ(parseFact(bytesOf(file), model), kFailure);
+    for (const std::string& file : {std::string(), std::string("FORM"), form("LWO2", kPoints)}) {
+        ModelInput input(file);
+        EXPECT_EQ(parseFact(input, model), kFailure);
+    }
     for (std::size_t size = 12; size < good.size(); ++size)
         parsed(good.substr(0, size));
     std::string deep = kPoints + kElement;

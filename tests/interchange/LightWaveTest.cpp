@@ -17,7 +17,8 @@ namespace {
 
 ImportedGroups parsed(const std::string& file) {
     ImportedGroups model;
-    EXPECT_EQ(parseLwo(bytesOf(file), model), kSuccess);
+    ModelInput input(file);
+    EXPECT_EQ(parseLwo(input, model), kSuccess);
     return model;
 }
 
@@ -165,8 +166,10 @@ TEST(LwoReader, DamagedFiles) {
     const std::string good = form("LWO2", kSquare + triangle);
     ImportedGroups model;
     for (const std::string& file : {std::string(), std::string("FORM"), form("LWO3", kSquare),
-                                    "form" + good.substr(4), form("AIFF", "")})
-        EXPECT_EQ(parseLwo(bytesOf(file), model), kFailure);
+                                    "form" + good.substr(4), form("AIFF", "")}) {
+        ModelInput input(file);
+        EXPECT_EQ(parseLwo(input, model), kFailure);
+    }
     // Any beginning of a file reads, as does a FORM that says it is longer than it is.
     for (std::size_t size = 12; size < good.size(); ++size)
         parsed(good.substr(0, size));

@@ -12,7 +12,8 @@ namespace {
 
 ImportedModel parsed(std::string_view text) {
     ImportedModel model;
-    EXPECT_EQ(parseObj(text, model), kSuccess);
+    ModelInput input(text);
+    EXPECT_EQ(parseObj(input, model), kSuccess);
     return model;
 }
 
@@ -115,7 +116,8 @@ TEST(ObjReader, GroupsTakeWhatFollows) {
                                        "f 1 2 3\ng a b\nf 1 2 3\ng c\nf 1 2 3\ng a\nf 1 2 3\ng\n"
                                        "f 1 2 3\ns off\n");
     EXPECT_EQ(model.groups, (std::vector<std::string>{"OBJ default", "a", "b", "c"}));
-    EXPECT_EQ(model.faceGroups, (std::vector<std::uint32_t>{0, 2, 3, 1, 1}));
+    for (int i = 0; const std::uint32_t group : {0U, 2U, 3U, 1U, 1U})
+        EXPECT_EQ(model.groupOf(i++), group);
     const ImportedModel bare = parsed(kThree);
     EXPECT_EQ(bare.groups, std::vector<std::string>{"OBJ default"});
     EXPECT_EQ(bare.mesh.faceCount(), 0);
@@ -125,7 +127,7 @@ TEST(ObjReader, GroupsTakeWhatFollows) {
     const ImportedModel limited = parsed(many);
     EXPECT_EQ(limited.groups.size(), kObjMaxGroups);
     EXPECT_EQ(limited.mesh.faceCount(), 30000);
-    EXPECT_EQ(limited.faceGroups.back(), kObjMaxGroups - 1);
+    EXPECT_EQ(limited.groupOf(29999), kObjMaxGroups - 1);
 }
 
 TEST(ObjReader, EachGroupGetsThePointsItUses) {
@@ -165,7 +167,8 @@ TEST(ObjReader, AStopAddsNothing) {
     int polls = 0;
     setProgress([&polls](int, int) { return ++polls == 3 ? 1 : 0; });
     ImportedModel model;
-    EXPECT_EQ(parseObj(text, model), kFailure);
+    ModelInput input(text);
+    EXPECT_EQ(parseObj(input, model), kFailure);
     EXPECT_EQ(polls, 3);
     setProgress({});
 }

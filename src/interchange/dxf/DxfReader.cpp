@@ -1,11 +1,13 @@
 #include "interchange/dxf/DxfReader.h"
 
+#include <array>
+#include <bit>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <utility>
 
 #include "interchange/ModelFile.h"
+#include "interchange/TextScanner.h"
 #include "interchange/VertexWelder.h"
 #include "interchange/dxf/DxfColors.h"
 #include "toolkit/Numbers.h"
@@ -40,32 +42,46 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
-class DxfParser {
+int groupCode(std::string_view line) {
+    while (!line.empty() && isBlank(line.front()))
+        line.remove_prefix(1);
+    int code = kNoCode;
+    return readWhole(line, code) ? code : kNoCode;
+}
+
+double number(std::string_view line) {
+    while (!line.empty() && isBlank(line.front()))
+        line.remove_prefix(1);
+    double value = 0.0;
+    return readDouble(line, value) && std::isfinite(value) ? value : 0.0;
+}
+
+bool isCoordinate(int code) {
+    return code >= kFirstCoordinate && code <= kLastCoordinate && code % 10 < 4;
+}
+
+/// Walks over the faces of a file: `faces` is told when one starts, what belongs to it, and that it
+/// is finished.
+template <typename Faces>
+class DxfWalk {
   public:
-    DxfParser(std::string_view text, ImportedGroups& model)
-        : begin_(text.data()), cursor_(begin_), end_(begin_ + text.size()), model_(model) {
-        lineEnd_ = text.find('\n') != std::string_view::npos ? '\n' : '\r';
-        materialOfIndex_.fill(ImportedGroup::kNoMaterial);
-    }
+    DxfWalk(TextScanner& text, Faces& faces) : text_(text), faces_(faces) {}
 
     Result run() {
-        for (int pair = 1; cursor_ != end_; ++pair) {
-            if (pair % kPairsPerTick == 0 && pollProgress(percent(), 100) != 0) return kFailure;
-            const int code = groupCode(nextLine());
-            const std::string_view value = nextLine();
+        for (int pair = 1; !text_.atEnd(); ++pair) {
+            if (pair % kPairsPerTick == 0 && pollProgress(faces_.percent(), 100) != 0)
+                return kFailure;
+            const int code = groupCode(text_.line());
             if (code == kEntity)
-                entity(trimmed(value));
+                entity(trimmed(text_.line()));
             else if (state_ == State::kSectionName && code == kName)
-                state_ = trimmed(value) == "ENTITIES" ? State::kEntities : State::kOutside;
-            else if (state_ == State::kFace)
-                faceValue(code, value);
+                state_ = trimmed(text_.line()) == "ENTITIES" ? State::kEntities : State::kOutside;
+            else if (state_ == State::kFace && Faces::reads(code))
+                faces_.value(code, text_.line());
+            else
+                text_.skipLine();
         }
-        if (state_ == State::kFace) finishFace();
-        for (ImportedGroup& layer : model_.groups) {
-            layer.mesh.shrinkToFit();
-            if (layer.materials[0] == ImportedGroup::kNoMaterial)
-                layer.materials[0] = addMaterial(ImportedMaterial{layer.name + " Material"});
-        }
+        if (state_ == State::kFace) faces_.finish();
         return kSuccess;
     }
 
@@ -77,44 +93,9 @@ class DxfParser {
         kFace,
     };
 
-    struct Face {
-        std::array<Vec3, 4> corners;
-        std::size_t layer = kNoLayer;
-        int color = 0;  // 0 while none is named
-    };
-    static constexpr std::size_t kNoLayer = static_cast<std::size_t>(-1);
-
-    int percent() const {
-        return static_cast<int>(100.0 * static_cast<double>(cursor_ - begin_) /
-                                static_cast<double>(end_ - begin_));
-    }
-
-    std::string_view nextLine() {
-        if (cursor_ == end_) return {};
-        const char* const start = cursor_;
-        const auto* const stop = static_cast<const char*>(
-            std::memchr(cursor_, lineEnd_, static_cast<std::size_t>(end_ - cursor_)));
-        cursor_ = stop != nullptr ? stop + 1 : end_;
-        return {start, static_cast<std::size_t>((stop != nullptr ? stop : end_) - start)};
-    }
-
-    static int groupCode(std::string_view line) {
-        while (!line.empty() && isBlank(line.front()))
-            line.remove_prefix(1);
-        int code = kNoCode;
-        return readWhole(line, code) ? code : kNoCode;
-    }
-
-    static double number(std::string_view line) {
-        while (!line.empty() && isBlank(line.front()))
-            line.remove_prefix(1);
-        double value = 0.0;
-        return readDouble(line, value) && std::isfinite(value) ? value : 0.0;
-    }
-
     void entity(std::string_view name) {
         if (state_ == State::kFace) {
-            finishFace();
+            faces_.finish();
             state_ = State::kEntities;
         }
         if (name == "SECTION") {
@@ -122,16 +103,107 @@ class DxfParser {
         } else if (name == "ENDSEC") {
             state_ = State::kOutside;
         } else if (state_ == State::kEntities && name == "3DFACE") {
-            face_ = {};
+            faces_.start();
             state_ = State::kFace;
         }
     }
 
-    void faceValue(int code, std::string_view value) {
-        if (code >= kFirstCoordinate && code <= kLastCoordinate) {
-            const int corner = code % 10;
-            if (corner >= 4) return;
-            Vec3& p = face_.corners[static_cast<std::size_t>(corner)];
+    TextScanner& text_;
+    Faces& faces_;
+    State state_ = State::kOutside;
+};
+
+/// Makes the layers of a file as groups, with room for their faces.
+class DxfLayers {
+  public:
+    explicit DxfLayers(std::vector<ImportedGroup>& layers) : layers_(layers) {}
+
+    std::size_t layerOf(std::string_view name) {
+        name = name.substr(0, kDxfLayerNameLimit);
+        if (last_ < layers_.size() && layers_[last_].name == name) return last_;
+        for (last_ = 0; last_ < layers_.size(); ++last_)
+            if (layers_[last_].name == name) return last_;
+        if (layers_.size() == kDxfMaxLayers) return --last_;
+        layers_.emplace_back().name = name;
+        return last_;
+    }
+
+    static int percent() { return 0; }
+    static bool reads(int code) { return isCoordinate(code) || code == kLayer; }
+
+    void start() {
+        given_ = 0;
+        layer_ = kNoLayer;
+    }
+    void value(int code, std::string_view value) {
+        if (code == kLayer)
+            layer_ = layerOf(trimmed(value));
+        else
+            given_ |= 1U << code % 10;
+    }
+    void finish() {
+        if (layer_ == kNoLayer) layer_ = layerOf(kDefaultLayer);
+        counts_.resize(layers_.size());
+        Counts& counts = counts_[layer_];
+        ++counts.faces;
+        counts.corners += given_ < 4 ? 3 : 4;  // the last two at the origin
+        counts.points += static_cast<std::size_t>(std::popcount(given_));
+    }
+
+    void reserve() {
+        for (std::size_t i = 0; i < counts_.size(); ++i)
+            layers_[i].mesh.reserve(counts_[i].points + 1, 0, 0, counts_[i].faces,
+                                    counts_[i].corners);
+    }
+
+    static constexpr std::size_t kNoLayer = static_cast<std::size_t>(-1);
+
+  private:
+    struct Counts {
+        std::size_t faces = 0;
+        std::size_t corners = 0;
+        std::size_t points = 0;  // at most, and one at the origin
+    };
+
+    std::vector<ImportedGroup>& layers_;
+    std::vector<Counts> counts_;
+    std::size_t last_ = 0;  // that was found
+    unsigned given_ = 0;    // which corners the face has, a bit each
+    std::size_t layer_ = 0;
+};
+
+class DxfParser {
+  public:
+    DxfParser(ModelInput& input, ImportedGroups& model)
+        : text_(input), model_(model), layers_(model.groups) {
+        materialOfIndex_.fill(ImportedGroup::kNoMaterial);
+    }
+
+    Result run() {
+        if (DxfWalk(text_, layers_).run() != kSuccess) return kFailure;
+        layers_.reserve();
+        welders_.resize(model_.groups.size());
+        text_.rewind();
+        if (DxfWalk(text_, *this).run() != kSuccess) return kFailure;
+        welders_.clear();
+        for (ImportedGroup& layer : model_.groups) {
+            layer.mesh.shrinkToFit();
+            if (layer.materials[0] == ImportedGroup::kNoMaterial)
+                layer.materials[0] = addMaterial(ImportedMaterial{layer.name + " Material"});
+        }
+        return kSuccess;
+    }
+
+    // ---- what the walk tells
+
+    int percent() const { return text_.percent(); }
+    static bool reads(int code) { return isCoordinate(code) || code == kLayer || code == kColor; }
+
+    void start() { face_ = {}; }
+
+    void value(int code, std::string_view value) {
+        if (isCoordinate(code)) {
+            Vec3& p = face_.corners[static_cast<std::size_t>(code % 10)];
             if (code / 10 == 1)
                 p.x = number(value);
             else if (code / 10 == 2)
@@ -139,28 +211,16 @@ class DxfParser {
             else
                 p.y = number(value);
         } else if (code == kLayer) {
-            face_.layer = layerOf(trimmed(value));
-        } else if (code == kColor) {
+            face_.layer = layers_.layerOf(trimmed(value));
+        } else {
             int index = 0;
             if (readWhole(trimmed(value), index) && index >= 1 && index <= kDxfColorCount)
                 face_.color = index;
         }
     }
 
-    std::size_t layerOf(std::string_view name) {
-        name = name.substr(0, kDxfLayerNameLimit);
-        std::vector<ImportedGroup>& layers = model_.groups;
-        if (lastLayer_ < layers.size() && layers[lastLayer_].name == name) return lastLayer_;
-        for (lastLayer_ = 0; lastLayer_ < layers.size(); ++lastLayer_)
-            if (layers[lastLayer_].name == name) return lastLayer_;
-        if (layers.size() == kDxfMaxLayers) return --lastLayer_;
-        layers.emplace_back().name = name;
-        welders_.emplace_back();
-        return lastLayer_;
-    }
-
-    void finishFace() {
-        if (face_.layer == kNoLayer) face_.layer = layerOf(kDefaultLayer);
+    void finish() {
+        if (face_.layer == DxfLayers::kNoLayer) face_.layer = layers_.layerOf(kDefaultLayer);
         ImportedGroup& layer = model_.groups[face_.layer];
         if (face_.color != 0) layer.materials[0] = materialOf(face_.color);
         const std::size_t count = face_.corners[2] == face_.corners[3] ? 3 : 4;
@@ -169,6 +229,13 @@ class DxfParser {
             vertices[i] = welders_[face_.layer].vertexAt(layer.mesh, face_.corners[i]);
         layer.mesh.addFace(ElementKind::kPolygon, 0, std::span(vertices).first(count));
     }
+
+  private:
+    struct Face {
+        std::array<Vec3, 4> corners;
+        std::size_t layer = DxfLayers::kNoLayer;
+        int color = 0;  // 0 while none is named
+    };
 
     int materialOf(int index) {
         const auto row = static_cast<std::size_t>(index - 1);
@@ -188,29 +255,27 @@ class DxfParser {
         return static_cast<int>(model_.materials.size()) - 1;
     }
 
-    const char* begin_;
-    const char* cursor_;
-    const char* end_;
-    char lineEnd_ = '\n';
-    State state_ = State::kOutside;
-    Face face_;  // being read
-    std::size_t lastLayer_ = 0;
-    ImportedGroups& model_;              // a group is a layer
+    TextScanner text_;
+    Face face_;              // being read
+    ImportedGroups& model_;  // a group is a layer
+    DxfLayers layers_;
     std::vector<VertexWelder> welders_;  // of each layer
     std::array<int, kDxfColorCount> materialOfIndex_{};
 };
 
 }  // namespace
 
-Result parseDxf(std::string_view text, ImportedGroups& model) {
-    return DxfParser(text, model).run();
+Result parseDxf(ModelInput& input, ImportedGroups& model) {
+    return DxfParser(input, model).run();
 }
 
 Result readDxf(const std::filesystem::path& path, ImportedGroups& model) {
-    const auto bytes = readModelFile(path);
-    if (!bytes) return kFailure;
-    const std::string_view text(reinterpret_cast<const char*>(bytes->data()), bytes->size());
-    if (parseDxf(text, model) != kSuccess) return kFailure;
+    auto input = ModelInput::open(path);
+    if (!input || parseDxf(*input, model) != kSuccess) return kFailure;
+    if (input->failed()) {
+        reportUnopened(path);
+        return kFailure;
+    }
     if (!model.groups.empty()) return kSuccess;
     std::fprintf(stderr, "read_dxf: no 3DFACE in '%s'.\n", platform::textFromPath(path).c_str());
     return kFailure;

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "interchange/ImportedGroups.h"
+#include "interchange/ModelInput.h"
 #include "toolkit/Result.h"
 
 namespace orvin {
@@ -22,9 +23,9 @@ namespace orvin {
 inline constexpr std::size_t kDxfMaxLayers = 100;
 inline constexpr std::size_t kDxfLayerNameLimit = 31;
 
-/// Reads the text of a file. -1 when the progress callback stopped it (polled every 5000 pairs of
-/// lines).
-Result parseDxf(std::string_view text, ImportedGroups& model);
+/// Reads a file, twice: the first time it is counted. -1 when the progress callback stopped it
+/// (polled every 5000 pairs of lines).
+Result parseDxf(ModelInput& input, ImportedGroups& model);
 
 /// Reads a file. -1, with a line on standard error, where it can't be read or has no 3DFACE.
 Result readDxf(const std::filesystem::path& path, ImportedGroups& model);

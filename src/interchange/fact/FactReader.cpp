@@ -22,8 +22,8 @@ class FactParser {
   public:
     explicit FactParser(ImportedGroups& model) : model_(model) {}
 
-    Result run(Bytes chunks) {
-        open_.emplace_back(chunks);
+    Result run(ByteReader chunks) {
+        open(chunks);
         while (!open_.empty()) {
             if (open_.back().chunks.atEnd()) {
                 if (finish(open_.back()) != kSuccess) return kFailure;
@@ -39,13 +39,18 @@ class FactParser {
   private:
     /// A group that is being read; the outermost one is the file itself.
     struct Open {
-        explicit Open(Bytes content) : chunks(content) {}
+        explicit Open(ByteReader content) : chunks(content) {}
 
         ByteReader chunks;
         int number = 0;  // from 1; 0 for the file
         ImportedGroup group;
-        std::vector<Bytes> elements;
+        std::vector<ByteReader> elements;
     };
+
+    void open(ByteReader content) {
+        open_.emplace_back(content);
+        reserve(content, open_.back());
+    }
 
     void chunk(const IffChunk& chunk) {
         Open& open = open_.back();
@@ -67,18 +72,17 @@ class FactParser {
                 points<float>(chunk.body, [&mesh](Vec3 n) { mesh.addNormal(turned(n)); });
                 break;
             case fact::kElements:
-                open.elements.push_back(chunk.body);
+                if (chunk.body.rest() >= fact::kElementHead) open.elements.push_back(chunk.body);
                 break;
             default:
                 break;
         }
     }
 
-    void form(Bytes body) {
-        ByteReader in(body);
+    void form(ByteReader in) {
         const std::uint32_t type = in.u32();
         if (type == fact::kGroup && open_.size() <= kMaxDepth) {
-            open_.emplace_back(in.take(in.rest()));
+            open(in.take(in.rest()));
             open_.back().number = ++groupCount_;
         } else if (type == fact::kGroupHeader) {
             while (!in.atEnd())
@@ -88,7 +92,7 @@ class FactParser {
 
     void headerChunk(const IffChunk& chunk) {
         ImportedGroup& group = open_.back().group;
-        ByteReader in(chunk.body);
+        ByteReader in = chunk.body;
         if (chunk.id == fact::kName) {
             group.name = in.text();
         } else if (chunk.id == fact::kAttributes && model_.groups.size() < kMaxImportedGroups) {
@@ -117,43 +121,79 @@ class FactParser {
     static Vec3 turned(Vec3 p) { return {p.x, p.y, 0.0 - p.z}; }
 
     template <typename Number, typename Add>
-    static void points(Bytes body, Add&& add) {
-        ByteReader in(body);
+    static void points(ByteReader in, Add&& add) {
         const auto number = [&in] { return sizeof(Number) == 4 ? in.f32() : in.f64(); };
-        for (std::size_t left = body.size() / (3 * sizeof(Number)); left > 0; --left) {
+        for (std::size_t left = in.rest() / (3 * sizeof(Number)); left > 0; --left) {
             const double x = number();
             const double y = number();
             add(Vec3{x, y, number()});
         }
     }
 
-    /// Makes room for the elements of a group: their number is told, but not to be trusted.
-    static void reserve(std::span<const Bytes> chunks, Mesh3& mesh) {
-        std::size_t faces = 0;
-        std::size_t corners = 0;
-        for (const Bytes chunk : chunks) {
-            ByteReader in(chunk);
-            while (in.rest() >= fact::kElementHead) {
-                in.u8();
-                const unsigned flags = in.u8();
-                in.u16();
-                const std::size_t count = in.u32();
-                if (count > in.rest() / 4) break;
-                const std::size_t lists = 1 + ((flags & fact::kHasTexture) != 0 ? 1 : 0) +
-                                          ((flags & fact::kHasNormals) != 0 ? 1 : 0);
-                in.take(std::min(lists * count * 4, in.rest()));
-                ++faces;
-                corners += count;
+    /// Makes room for what the chunks of a group hold.
+    static void reserve(ByteReader chunks, Open& open) {
+        std::size_t points = 0;
+        std::size_t texture = 0;
+        std::size_t normals = 0;
+        std::size_t elementChunks = 0;
+        Elements elements;
+        while (!chunks.atEnd()) {
+            const IffChunk chunk = chunks.chunk();
+            const std::size_t size = chunk.body.rest();
+            switch (chunk.id) {
+                case fact::kPoints32:
+                    points += size / (3 * sizeof(float));
+                    break;
+                case fact::kPoints64:
+                    points += size / (3 * sizeof(double));
+                    break;
+                case fact::kTexture:
+                    texture += size / (3 * sizeof(float));
+                    break;
+                case fact::kNormals:
+                    normals += size / (3 * sizeof(float));
+                    break;
+                case fact::kElements:
+                    if (size >= fact::kElementHead) ++elementChunks;
+                    count(chunk.body, elements);
+                    break;
+                default:
+                    break;
             }
         }
-        const auto count = [](int n) { return static_cast<std::size_t>(n); };
-        mesh.reserve(count(mesh.vertexCount()), count(mesh.texVertexCount()),
-                     count(mesh.normalCount()), faces, corners);
+        open.elements.reserve(elementChunks);
+        Mesh3& mesh = open.group.mesh;
+        mesh.reserve(points, elements.texture ? texture : 0, elements.normals ? normals : 0,
+                     elements.faces, elements.corners);
+        mesh.reserve(points, texture, normals, 0, 0);
+    }
+
+    struct Elements {
+        std::size_t faces = 0;
+        std::size_t corners = 0;
+        bool texture = false;
+        bool normals = false;
+    };
+    static void count(ByteReader in, Elements& elements) {
+        while (in.rest() >= fact::kElementHead) {
+            in.u8();
+            const unsigned flags = in.u8();
+            in.u16();
+            const std::size_t count = in.u32();
+            if (count > in.rest() / 4) return;
+            const bool texture = (flags & fact::kHasTexture) != 0;
+            const bool normals = (flags & fact::kHasNormals) != 0;
+            const std::size_t lists = std::size_t{1} + (texture ? 1U : 0U) + (normals ? 1U : 0U);
+            in.take(std::min(lists * count * 4, in.rest()));
+            ++elements.faces;
+            elements.corners += count;
+            elements.texture = elements.texture || texture;
+            elements.normals = elements.normals || normals;
+        }
     }
 
     Result finish(Open& open) {
-        reserve(open.elements, open.group.mesh);
-        for (const Bytes elements : open.elements)
+        for (const ByteReader& elements : open.elements)
             if (addElements(elements, open.group.mesh) != kSuccess) return kFailure;
         if (open.number == 0 && open.group.mesh.vertexCount() == 0) return kSuccess;
         if (open.number == 0)
@@ -165,8 +205,7 @@ class FactParser {
         return kSuccess;
     }
 
-    Result addElements(Bytes body, Mesh3& mesh) {
-        ByteReader in(body);
+    Result addElements(ByteReader in, Mesh3& mesh) {
         for (int i = 0; in.rest() >= fact::kElementHead; ++i) {
             if (i % kElementsPerTick == 0 && pollProgress(i, 0) != 0) return kFailure;
             const std::uint8_t kind = in.u8();
@@ -209,19 +248,24 @@ class FactParser {
 
 }  // namespace
 
-Result parseFact(Bytes file, ImportedGroups& model) {
-    ByteReader in(file);
+Result parseFact(ModelInput& input, ImportedGroups& model) {
+    ByteReader in(input);
     const bool isForm = in.u32() == fact::kForm;
     const std::size_t size = in.u32();
-    ByteReader form(in.take(std::min(size, in.rest())));
+    ByteReader form = in.take(std::min(size, in.rest()));
     if (!isForm || form.u32() != fact::kFile) return kFailure;
-    return FactParser(model).run(form.take(form.rest()));
+    return FactParser(model).run(form);
 }
 
 Result readFact(const std::filesystem::path& path, ImportedGroups& model) {
-    const auto bytes = readModelFile(path);
-    if (!bytes) return kFailure;
-    if (parseFact(*bytes, model) == kSuccess) return kSuccess;
+    auto input = ModelInput::open(path);
+    if (!input) return kFailure;
+    const Result result = parseFact(*input, model);
+    if (input->failed()) {
+        reportUnopened(path);
+        return kFailure;
+    }
+    if (result == kSuccess) return kSuccess;
     if (progressStop() == 0)
         std::fprintf(stderr, "read_fact: '%s' is no FACT file.\n",
                      platform::textFromPath(path).c_str());

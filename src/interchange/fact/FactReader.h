@@ -15,17 +15,17 @@
 #include <string_view>
 #include <vector>
 
-#include "interchange/ByteReader.h"
 #include "interchange/ImportedGroups.h"
+#include "interchange/ModelInput.h"
 #include "toolkit/Result.h"
 
 namespace orvin {
 
 inline constexpr std::string_view kFactDefaultGroup = "FACT default";
 
-/// Reads the bytes of a file. -1 where they are no FACT file, or when the progress callback stopped
+/// Reads a file. -1 where they are no FACT file, or when the progress callback stopped
 /// it.
-Result parseFact(Bytes file, ImportedGroups& model);
+Result parseFact(ModelInput& input, ImportedGroups& model);
 
 /// Reads a file. -1, with a line on standard error, where it can't be read or is no FACT file.
 Result readFact(const std::filesystem::path& path, ImportedGroups& model);

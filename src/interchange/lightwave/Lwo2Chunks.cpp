@@ -1,12 +1,14 @@
 // LWO2: layers of points, polygons, maps and tags. Polygons are made when the last chunk that
 // belongs to their points has been seen, since maps and tags may stand before or behind them.
 #include <algorithm>
+#include <string>
 #include <tuple>
 #include <vector>
 
 #include "interchange/lightwave/LwoChunks.h"
 #include "interchange/lightwave/LwoFormat.h"
 #include "toolkit/Progress.h"
+#include "toolkit/Release.h"
 
 namespace orvin::lwo {
 
@@ -17,15 +19,23 @@ constexpr std::uint16_t kNoTag = 0xFFFF;
 
 class Lwo2Reader {
   public:
-    Lwo2Reader(Layer& layer, Surfaces& surfaces) : layer_(layer), surfaces_(surfaces) {}
+    Lwo2Reader(ByteReader chunks, Layer& layer, Surfaces& surfaces)
+        : chunks_(chunks), layer_(layer), surfaces_(surfaces) {}
 
-    Result run(Bytes chunks) {
-        for (ByteReader in(chunks); !in.atEnd();)
+    Result run() {
+        for (ByteReader in = chunks_; !in.atEnd();)
             if (const IffChunk chunk = in.chunk(); chunk.id == kTags)
                 surfaces_.addNames(chunk.body);
-        for (ByteReader in(chunks); !in.atEnd();)
-            if (this->chunk(in.chunk()) != kSuccess) return kFailure;
-        return finishLayer();
+        reserve(chunks_);
+        for (ByteReader in = chunks_; !in.atEnd();) {
+            const IffChunk chunk = in.chunk();
+            if (this->chunk(chunk) != kSuccess) return kFailure;
+            if (chunk.id == kLayer) reserve(in);
+        }
+        if (finishLayer() != kSuccess) return kFailure;
+        for (ByteReader in = chunks_; !in.atEnd();)
+            if (const IffChunk chunk = in.chunk(); chunk.id == kSurface) surface(chunk.body);
+        return kSuccess;
     }
 
   private:
@@ -60,29 +70,58 @@ class Lwo2Reader {
             case kDiscontinuousMap:
                 remember(chunk);
                 return kSuccess;
-            case kSurface:
-                surface(chunk.body);
-                return kSuccess;
             default:
                 return kSuccess;
         }
     }
 
-    /// Keeps a chunk until all are there. Empty ones say nothing and would outweigh the file,
-    /// except that what follows empty polygons is theirs.
-    void remember(const IffChunk& chunk) {
-        constexpr std::size_t kType = 4;
-        const auto isEmpty = [](const IffChunk& c) { return c.body.size() <= kType; };
-        if (isEmpty(chunk)) {
-            if (chunk.id != kPolygons) return;
-            if (!pending_.empty() && pending_.back().id == kPolygons && isEmpty(pending_.back()))
-                return;
-        }
-        pending_.push_back(chunk);
+    /// A chunk that waits until all are there.
+    struct Pending {
+        std::uint32_t id = 0;
+        std::uint32_t position = 0;  // of its body in the file
+        std::uint32_t size = 0;
+    };
+
+    ByteReader bodyOf(const Pending& pending) const {
+        ByteReader in = chunks_;
+        in.take(pending.position - in.position());
+        return in.take(pending.size);
     }
 
-    void startLayer(Bytes body) {
-        ByteReader in(body);
+    /// Empty polygons only matter for what follows them: it isn't of those before.
+    void remember(const IffChunk& chunk) {
+        constexpr std::size_t kType = 4;
+        const std::size_t size = chunk.body.rest();
+        const bool followsEmpty =
+            !pending_.empty() && pending_.back().id == kPolygons && pending_.back().size <= kType;
+        if (chunk.id != kPolygons && (followsEmpty || size <= kType)) return;
+        if (followsEmpty) pending_.pop_back();
+        pending_.push_back({chunk.id, static_cast<std::uint32_t>(chunk.body.position()),
+                            static_cast<std::uint32_t>(size)});
+    }
+
+    /// Makes room for what stands in front of the next layer.
+    void reserve(ByteReader chunks) {
+        Layer::Counts counts;
+        std::vector<std::uint64_t> textures;  // of the points: what the last value was
+        while (!chunks.atEnd()) {
+            const IffChunk chunk = chunks.chunk();
+            if (chunk.id == kLayer) break;
+            if (chunk.id == kPoints) {
+                const std::size_t points = chunk.body.rest() / kPointBytes;
+                counts.points += points;
+                textures.assign(points, kNoValue);
+            } else if (chunk.id == kPolygons) {
+                count(chunk.body, counts);
+            } else if (chunk.id == kVertexMap || chunk.id == kDiscontinuousMap) {
+                counts.texture += texturesIn(chunk, textures);
+            }
+        }
+        release(textures);
+        layer_.reserve(counts);
+    }
+
+    void startLayer(ByteReader in) {
         in.take(2 + 2 + kPointBytes);  // number, flags, pivot
         layer_.setName(in.text());
     }
@@ -100,13 +139,15 @@ class Lwo2Reader {
             std::size_t end = i + 1;
             while (end < pending_.size() && pending_[end].id != kPolygons)
                 ++end;
-            if (polygons(pending_[i].body, std::span(pending_).subspan(i + 1, end - i - 1)) !=
+            if (polygons(bodyOf(pending_[i]), std::span(pending_).subspan(i + 1, end - i - 1)) !=
                 kSuccess)
                 return kFailure;
         }
         pending_.clear();
-        textureOf_.clear();
-        lastOf_.clear();
+        release(textureOf_);
+        release(lastOf_);
+        release(ownTextures_);
+        release(tags_);
         count_ = 0;
         return kSuccess;
     }
@@ -117,7 +158,7 @@ class Lwo2Reader {
     static bool isTextureMap(ByteReader& in) {
         const std::uint32_t type = in.u32();
         const std::uint16_t dimension = in.u16();
-        in.text();
+        in.skipText();
         return type == kTextureMap && dimension == 2 && !in.failed();
     }
 
@@ -129,29 +170,55 @@ class Lwo2Reader {
         return layer_.mesh().addTexVertex(texture);
     }
 
-    void vertexMap(Bytes body) {
-        ByteReader in(body);
+    static constexpr std::uint64_t kNoValue = ~std::uint64_t{0};  // no pair of numbers
+
+    /// How many texture vertices a map makes; about, as they are compared by their bytes.
+    static std::size_t texturesIn(const IffChunk& map, std::span<std::uint64_t> ofPoints) {
+        ByteReader in = map.body;
+        if (!isTextureMap(in)) return 0;
+        std::size_t count = 0;
+        while (!in.atEnd()) {
+            const std::uint32_t point = index(in);
+            if (map.id == kDiscontinuousMap) index(in);
+            const std::uint64_t u = in.u32();
+            const std::uint64_t value = u << 32 | in.u32();
+            if (in.failed() || point >= ofPoints.size()) continue;
+            std::uint64_t& known = ofPoints[point];
+            if (map.id == kVertexMap ? known != kNoValue : known == value) continue;
+            known = value;
+            ++count;
+        }
+        return count;
+    }
+
+    /// How many values a map with the polygons' own has.
+    static std::size_t valuesIn(ByteReader map) {
+        if (!isTextureMap(map)) return 0;
+        std::size_t count = 0;
+        for (; !map.atEnd(); ++count) {
+            index(map);
+            index(map);
+            map.take(8);
+        }
+        return count;
+    }
+
+    void vertexMap(ByteReader in) {
         if (!isTextureMap(in)) return;
         textureOf_.resize(static_cast<std::size_t>(count_), kNoTexture);
         while (!in.atEnd()) {
             const std::uint32_t point = index(in);
-            ByteReader values(in.take(8));
+            ByteReader values = in.take(8);
             if (in.failed()) return;
             if (point >= textureOf_.size() || textureOf_[point] != kNoTexture) continue;
             textureOf_[point] = textureVertex(values, kNoTexture);
         }
     }
 
-    void discontinuousMap(Bytes body) {
-        ByteReader in(body);
+    void discontinuousMap(const Pending& map) {
+        ByteReader in = bodyOf(map);
+        if (ownTextures_.empty()) ownTextures_.reserve(valuesIn(in));
         if (!isTextureMap(in)) return;
-        std::size_t count = 0;
-        for (ByteReader ahead = in; !ahead.atEnd(); ++count) {
-            index(ahead);
-            index(ahead);
-            ahead.take(8);
-        }
-        if (ownTextures_.empty()) ownTextures_.reserve(count);
         if (lastOf_.empty()) {
             lastOf_ = textureOf_;
             lastOf_.resize(static_cast<std::size_t>(count_), kNoTexture);
@@ -159,7 +226,7 @@ class Lwo2Reader {
         while (!in.atEnd()) {
             const std::uint32_t point = index(in);
             const std::uint32_t polygon = index(in);
-            ByteReader values(in.take(8));
+            ByteReader values = in.take(8);
             if (in.failed()) return;
             if (point >= lastOf_.size()) continue;
             int& last = lastOf_[point];  // most polygons around a point say the same
@@ -168,8 +235,7 @@ class Lwo2Reader {
         }
     }
 
-    void polygonTags(Bytes body) {
-        ByteReader in(body);
+    void polygonTags(ByteReader in) {
         if (in.u32() != kSurface) return;
         while (!in.atEnd()) {
             const std::uint32_t polygon = index(in);
@@ -181,18 +247,17 @@ class Lwo2Reader {
 
     // ---- polygons
 
-    Result polygons(Bytes body, std::span<const IffChunk> properties) {
-        ByteReader in(body);
+    Result polygons(ByteReader in, std::span<const Pending> properties) {
         const std::uint32_t type = in.u32();
         const bool curves = type == kCurve;
         if (!curves && type != kFaces && type != kSubPatch && type != kSubDivision) return kSuccess;
-        tags_.assign(makeRoom(in), kNoTag);
+        tags_.assign(polygonsIn(in), kNoTag);
         ownTextures_.clear();
-        for (const IffChunk& chunk : properties) {
+        for (const Pending& chunk : properties) {
             if (chunk.id == kPolygonTags)
-                polygonTags(chunk.body);
+                polygonTags(bodyOf(chunk));
             else
-                discontinuousMap(chunk.body);
+                discontinuousMap(chunk);
         }
         std::sort(ownTextures_.begin(), ownTextures_.end());
 
@@ -216,20 +281,26 @@ class Lwo2Reader {
         return kSuccess;
     }
 
-    /// Counts the polygons that `in` holds, since their number isn't told anywhere, and makes room.
-    std::size_t makeRoom(ByteReader in) {
-        std::size_t polygons = 0;
-        std::size_t faces = 0;
-        std::size_t corners = 0;
-        for (; !in.atEnd(); ++polygons) {
-            const std::size_t count = in.u16() & kMaxCorners;
-            for (std::size_t i = 0; i < count; ++i)
-                index(in);
-            faces += count > 1 ? 1 : 0;  // points share a face
-            corners += count;
+    /// Counts polygons, since their number isn't told anywhere.
+    static void count(ByteReader in, Layer::Counts& counts) {
+        in.u32();  // type
+        while (!in.atEnd()) {
+            const std::size_t corners = skipPolygon(in);
+            counts.faces += corners > 1 ? 1 : 0;  // points share a face
+            counts.corners += corners;
         }
-        layer_.reserve(faces, corners);
+    }
+    static std::size_t polygonsIn(ByteReader in) {
+        std::size_t polygons = 0;
+        for (; !in.atEnd(); ++polygons)
+            skipPolygon(in);
         return polygons;
+    }
+    static std::size_t skipPolygon(ByteReader& in) {
+        const std::size_t count = in.u16() & kMaxCorners;  // flags stand above
+        for (std::size_t i = 0; i < count; ++i)
+            index(in);
+        return count;
     }
 
     bool readCorners(ByteReader& in, std::size_t count) {
@@ -264,15 +335,14 @@ class Lwo2Reader {
         }
     }
 
-    void surface(Bytes body) {
-        ByteReader in(body);
-        const std::string_view name = in.text();
-        in.text();  // of the surface that this one is derived from
+    void surface(ByteReader in) {
+        const std::string name = in.text();
+        in.skipText();  // of the surface that this one is derived from
         Surfaces::Look look;
         while (!in.atEnd()) {
             const IffChunk part = in.subChunk();
-            ByteReader value(part.body);
-            if (part.id == kColor && part.body.size() >= kPointBytes)
+            ByteReader value = part.body;
+            if (part.id == kColor && value.rest() >= kPointBytes)
                 for (std::size_t i = 0; i < 3; ++i)
                     look.color[i] = static_cast<float>(value.f32());
             else if (part.id == kTransparency)
@@ -283,14 +353,15 @@ class Lwo2Reader {
 
     static constexpr int kNoTexture = -1;
 
+    ByteReader chunks_;
     Layer& layer_;
     Surfaces& surfaces_;
     // Of the points that came last:
     int first_ = 0;  // point of the mesh that their point 0 is
     int count_ = 0;
-    std::vector<int> textureOf_;     // of each; empty where no map was seen
-    std::vector<int> lastOf_;        // that a polygon gave it
-    std::vector<IffChunk> pending_;  // polygons, and tags and maps behind those that they belong to
+    std::vector<int> textureOf_;    // of each; empty where no map was seen
+    std::vector<int> lastOf_;       // that a polygon gave it
+    std::vector<Pending> pending_;  // polygons, and tags and maps behind those that they belong to
     // Of the polygons that are being made:
     std::vector<std::uint16_t> tags_;
     std::vector<OwnTexture> ownTextures_;  // sorted
@@ -300,8 +371,8 @@ class Lwo2Reader {
 
 }  // namespace
 
-Result readLwo2Chunks(Bytes chunks, Layer& layer, Surfaces& surfaces) {
-    return Lwo2Reader(layer, surfaces).run(chunks);
+Result readLwo2Chunks(ByteReader chunks, Layer& layer, Surfaces& surfaces) {
+    return Lwo2Reader(chunks, layer, surfaces).run();
 }
 
 }  // namespace orvin::lwo

@@ -10,7 +10,7 @@ namespace orvin::lwo {
 
 // Each reads the chunks of a file (without its FORM header) and finishes the layer. -1 when the
 // progress callback stopped it.
-Result readLwobChunks(Bytes chunks, Layer& layer, Surfaces& surfaces);
-Result readLwo2Chunks(Bytes chunks, Layer& layer, Surfaces& surfaces);
+Result readLwobChunks(ByteReader chunks, Layer& layer, Surfaces& surfaces);
+Result readLwo2Chunks(ByteReader chunks, Layer& layer, Surfaces& surfaces);
 
 }  // namespace orvin::lwo

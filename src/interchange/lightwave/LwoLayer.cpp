@@ -1,10 +1,10 @@
 #include "interchange/lightwave/LwoLayer.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
-#include "geometry/FaceSplit.h"
-#include "interchange/ImportedModel.h"
+#include "geometry/MeshSplit.h"
 #include "interchange/lightwave/LwoFormat.h"
 #include "interchange/lightwave/LwoReader.h"
 
@@ -16,13 +16,38 @@ constexpr int kSlots = ObjectP::kMaterialCount;
 constexpr std::size_t kMaxPointRun = 4096;  // points that share an element
 constexpr int kMaxSurfaces = 100 * kSlots;  // of one layer; further ones join the last
 
+/// Meshes of the faces of the first six materials, of the next six and so on.
+std::vector<Mesh3> splitBySlots(Mesh3&& whole, int materials) {
+    std::vector<std::vector<FaceRange>> ranges(
+        static_cast<std::size_t>((materials + kSlots - 1) / kSlots));
+    const auto forEachFace = [&whole](auto&& visit) {
+        std::size_t last = std::numeric_limits<std::size_t>::max();
+        for (int i = 0; i < whole.faceCount(); ++i) {
+            const auto part = static_cast<std::size_t>(whole.face(i).material / kSlots);
+            visit(part, static_cast<std::uint32_t>(i), part != last);
+            last = part;
+        }
+    };
+    std::vector<std::size_t> counts(ranges.size());
+    forEachFace(
+        [&](std::size_t part, std::uint32_t, bool isNew) { counts[part] += isNew ? 1 : 0; });
+    for (std::size_t p = 0; p < ranges.size(); ++p)
+        ranges[p].reserve(counts[p]);
+    forEachFace([&](std::size_t part, std::uint32_t face, bool isNew) {
+        if (isNew) ranges[part].push_back({face, 0});
+        ++ranges[part].back().count;
+    });
+    for (int i = 0; i < whole.faceCount(); ++i)
+        whole.setMaterial(i, whole.face(i).material % kSlots);
+    const std::vector<std::span<const FaceRange>> parts(ranges.begin(), ranges.end());
+    return MeshSplit::split(std::move(whole), parts);
+}
+
 }  // namespace
 
-int Layer::addPoints(Bytes points) {
+int Layer::addPoints(ByteReader in) {
     const int first = mesh_.vertexCount();
-    const std::size_t count = points.size() / kPointBytes;
-    if (first == 0) mesh_.reserve(count, 0, 0, 0, 0);
-    ByteReader in(points);
+    const std::size_t count = in.rest() / kPointBytes;
     for (std::size_t i = 0; i < count; ++i) {
         const double x = in.f32();
         const double y = in.f32();
@@ -47,12 +72,9 @@ int Layer::localSurface(std::uint32_t surface) {
     return lastNumber_;
 }
 
-void Layer::reserve(std::size_t faces, std::size_t corners) {
-    const auto count = [](int n) { return static_cast<std::size_t>(n); };
-    const std::size_t before = mesh_.cornerCount();
-    if (corners < before) return;  // growing by itself is cheaper than many exact steps
-    mesh_.reserve(count(mesh_.vertexCount()), count(mesh_.texVertexCount()), 0,
-                  count(mesh_.faceCount()) + faces, before + corners);
+void Layer::reserve(const Counts& counts) {
+    mesh_.reserve(counts.points, counts.texture, 0, counts.faces, counts.corners);
+    room_ = counts.corners;
 }
 
 void Layer::addPolygon(std::span<const int> corners, std::span<const int> texture,
@@ -68,7 +90,13 @@ void Layer::addPolygon(std::span<const int> corners, std::span<const int> textur
     corners_.assign(corners.rbegin(), corners.rend());
     texture_.assign(texture.rbegin(), texture.rend());
     const ElementKind kind = corners.size() == 2 ? ElementKind::kLine : ElementKind::kPolygon;
-    mesh_.addFace(kind, number, corners_, texture_);
+    const FaceView face{kind, number, corners_, texture_, {}};
+    const std::size_t most = mesh_.cornerCount() + 3 * corners.size();  // in triangles
+    if (most > room_ && convexFaces_.isConcave(mesh_, face)) {
+        room_ = most + most / 4;
+        mesh_.reserve(0, texture.empty() ? 0U : 1U, 0, 0, room_);
+    }
+    convexFaces_.add(mesh_, face);
 }
 
 void Layer::addCurve(std::span<const int> corners, std::uint32_t surface) {
@@ -84,22 +112,15 @@ void Layer::finishPoints() {
 void Layer::finish() {
     finishPoints();
     if (mesh_.faceCount() > 0 || mesh_.vertexCount() > 0) {
-        Mesh3 whole = splitConcaveFaces(std::exchange(mesh_, {}));
+        Mesh3 whole = std::exchange(mesh_, {});
+        whole.shrinkToFit();
         const auto count = static_cast<int>(materials_.size());
         if (count <= kSlots) {
             whole.dropUnused();
             give(std::move(whole), materials_);
         } else {
-            ImportedModel parts;
-            parts.groups.resize(static_cast<std::size_t>((count + kSlots - 1) / kSlots));
-            for (int i = 0; i < whole.faceCount(); ++i) {
-                const int number = whole.face(i).material;
-                parts.faceGroups.push_back(static_cast<std::uint32_t>(number / kSlots));
-                whole.setMaterial(i, number % kSlots);
-            }
-            parts.mesh = std::move(whole);
             std::span<const int> left = materials_;
-            for (Mesh3& mesh : splitByGroup(std::move(parts))) {
+            for (Mesh3& mesh : splitBySlots(std::move(whole), count)) {
                 const auto own = left.first(std::min<std::size_t>(left.size(), kSlots));
                 left = left.subspan(own.size());
                 give(std::move(mesh), own);

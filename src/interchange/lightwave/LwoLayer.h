@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "geometry/FaceSplit.h"
 #include "interchange/ByteReader.h"
 #include "interchange/ImportedGroups.h"
 #include "interchange/lightwave/LwoSurfaces.h"
@@ -21,12 +22,18 @@ class Layer {
     void setName(std::string_view name) { name_ = name; }
 
     /// Adds points and returns the index of the first in the mesh.
-    int addPoints(Bytes points);
+    int addPoints(ByteReader points);
 
     Mesh3& mesh() { return mesh_; }
 
-    /// Makes room for faces that are about to come.
-    void reserve(std::size_t faces, std::size_t corners);
+    /// What a layer is going to get.
+    struct Counts {
+        std::size_t points = 0;
+        std::size_t texture = 0;  // at most
+        std::size_t faces = 0;
+        std::size_t corners = 0;
+    };
+    void reserve(const Counts& counts);
 
     /// Adds a polygon as the file has it (clockwise). One of two corners is a line, one-point
     /// polygons that follow one another are one list of points. `surface` is a number of the
@@ -54,6 +61,8 @@ class Layer {
     int lastNumber_ = -1;
     std::vector<int> points_;  // a run of one-point polygons
     int pointSurface_ = 0;
+    ConvexFaces convexFaces_;
+    std::size_t room_ = 0;      // corners that the mesh has room for
     std::vector<int> corners_;  // of the polygon that is being added
     std::vector<int> texture_;
 };

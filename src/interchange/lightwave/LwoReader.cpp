@@ -12,30 +12,33 @@
 
 namespace orvin {
 
-Result parseLwo(Bytes file, ImportedGroups& model) {
-    if (file.size() > 0xFFFFFFFFU) return kFailure;
-    ByteReader in(file);
+Result parseLwo(ModelInput& input, ImportedGroups& model) {
+    if (input.size() > 0xFFFFFFFFU) return kFailure;
+    ByteReader in(input);
     const bool isForm = in.u32() == lwo::kForm;
     const std::size_t size = in.u32();
-    ByteReader form(in.take(std::min(size, in.rest())));
+    ByteReader form = in.take(std::min(size, in.rest()));
     const std::uint32_t type = form.u32();
     if (!isForm || (type != lwo::kLwob && type != lwo::kLwo2)) return kFailure;
 
-    lwo::Surfaces surfaces(file, model);
+    lwo::Surfaces surfaces(input, model);
     lwo::Layer layer(model, surfaces);
-    const Bytes chunks = form.take(form.rest());
-    const Result result = type == lwo::kLwob ? lwo::readLwobChunks(chunks, layer, surfaces)
-                                             : lwo::readLwo2Chunks(chunks, layer, surfaces);
+    const Result result = type == lwo::kLwob ? lwo::readLwobChunks(form, layer, surfaces)
+                                             : lwo::readLwo2Chunks(form, layer, surfaces);
     if (result != kSuccess) return result;
-    surfaces.applyLooks();
     if (model.groups.empty()) model.groups.emplace_back().name = kLwoDefaultGroup;
     return kSuccess;
 }
 
 Result readLwo(const std::filesystem::path& path, ImportedGroups& model) {
-    const auto bytes = readModelFile(path);
-    if (!bytes) return kFailure;
-    if (parseLwo(*bytes, model) == kSuccess) return kSuccess;
+    auto input = ModelInput::open(path);
+    if (!input) return kFailure;
+    const Result result = parseLwo(*input, model);
+    if (input->failed()) {
+        reportUnopened(path);
+        return kFailure;
+    }
+    if (result == kSuccess) return kSuccess;
     if (progressStop() == 0)
         std::fprintf(stderr, "read_lwo: '%s' is no LightWave object.\n",
                      platform::textFromPath(path).c_str());

@@ -18,17 +18,17 @@
 #include <string_view>
 #include <vector>
 
-#include "interchange/ByteReader.h"
 #include "interchange/ImportedGroups.h"
+#include "interchange/ModelInput.h"
 #include "toolkit/Result.h"
 
 namespace orvin {
 
 inline constexpr std::string_view kLwoDefaultGroup = "LWO group";
 
-/// Reads the bytes of a file. -1 where they are no LightWave object, or when the progress callback
+/// Reads a file. -1 where they are no LightWave object, or when the progress callback
 /// stopped it.
-Result parseLwo(Bytes file, ImportedGroups& model);
+Result parseLwo(ModelInput& input, ImportedGroups& model);
 
 /// Reads a file. -1, with a line on standard error, where it can't be read or is no LightWave
 /// object.

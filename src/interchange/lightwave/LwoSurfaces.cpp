@@ -1,38 +1,35 @@
 #include "interchange/lightwave/LwoSurfaces.h"
 
-#include <string>
+#include <utility>
 
 namespace orvin::lwo {
 
-void Surfaces::addNames(Bytes names) {
-    const auto start = static_cast<std::size_t>(names.data() - file_.data());
+void Surfaces::addNames(ByteReader names) {
     std::size_t count = 0;
-    for (ByteReader in(names); !in.atEnd(); in.text())
+    for (ByteReader in = names; !in.atEnd(); in.skipText())
         ++count;
     if (names_.empty()) names_.reserve(count);
-    for (ByteReader in(names); !in.atEnd(); in.text())
-        names_.push_back({static_cast<std::uint32_t>(start + names.size() - in.rest()), kUnseen});
+    for (ByteReader in = names; !in.atEnd(); in.skipText())
+        names_.push_back(static_cast<std::uint32_t>(in.position()));
 }
 
 int Surfaces::material(std::uint32_t surface) {
     if (surface >= names_.size()) return ImportedGroup::kNoMaterial;
-    Name& known = names_[surface];
-    if (known.material != kUnseen) return known.material;
-    const std::string_view name = ByteReader(file_.subspan(known.start)).text();
+    ByteReader in(file_);
+    in.take(names_[surface]);
+    std::string name = in.text();
     const auto next = static_cast<int>(model_.materials.size());
-    const auto [found, isNew] = materials_.emplace(name, next);
-    if (isNew) model_.materials.emplace_back().name = name;
-    return known.material = found->second;
+    const auto [found, isNew] = used_.emplace(name, Used{next});
+    if (isNew) model_.materials.emplace_back().name = std::move(name);
+    return found->second.material;
 }
 
-void Surfaces::applyLooks() {
-    for (const auto& [name, material] : materials_) {
-        const auto look = looks_.find(name);
-        if (look == looks_.end()) continue;
-        ImportedMaterial& shown = model_.materials[static_cast<std::size_t>(material)];
-        shown.color = look->second.color;
-        shown.transparency = look->second.transparency;
-    }
+void Surfaces::setLook(const std::string& name, const Look& look) {
+    const auto used = used_.find(name);
+    if (used == used_.end() || std::exchange(used->second.hasLook, true)) return;
+    ImportedMaterial& shown = model_.materials[static_cast<std::size_t>(used->second.material)];
+    shown.color = look.color;
+    shown.transparency = look.transparency;
 }
 
 }  // namespace orvin::lwo

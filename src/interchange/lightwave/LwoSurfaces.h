@@ -2,7 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <string_view>
+#include <string>
 #include <unordered_map>
 #include <vector>
 
@@ -11,8 +11,8 @@
 
 namespace orvin::lwo {
 
-/// Polygons name surfaces by number, the looks come by name. Texts stay in the file's bytes, which
-/// must outlive this.
+/// Polygons name surfaces by number, the looks come by name. Names stay in the file until they are
+/// used.
 class Surfaces {
   public:
     static constexpr std::uint32_t kNone = 0xFFFFFFFF;
@@ -22,33 +22,28 @@ class Surfaces {
         double transparency = 0.0;
     };
 
-    /// `file` has less than 4 GiB.
-    Surfaces(Bytes file, ImportedGroups& model) : file_(file), model_(model) {}
+    /// `file` has less than 4 GiB and must outlive this.
+    Surfaces(ModelInput& file, ImportedGroups& model) : file_(file), model_(model) {}
 
-    /// The names in a chunk of `file` get the next numbers, from 0.
-    void addNames(Bytes names);
-
-    /// The first of several looks of a name holds.
-    void setLook(std::string_view name, const Look& look) { looks_.emplace(name, look); }
+    /// The names in a chunk of the file get the next numbers, from 0.
+    void addNames(ByteReader names);
 
     /// The material of a surface; ImportedGroup::kNoMaterial for a number without a name.
     int material(std::uint32_t surface);
 
-    /// Gives the materials their looks, at the end: surfaces may stand behind what uses them.
-    void applyLooks();
+    /// Gives materials their looks; the first of several of a name holds. Surfaces may stand behind
+    /// what uses them: this is for the end.
+    void setLook(const std::string& name, const Look& look);
 
   private:
-    Bytes file_;
+    ModelInput& file_;
     ImportedGroups& model_;
-    struct Name {
-        std::uint32_t start;  // in the file
-        int material;         // or kUnseen
+    std::vector<std::uint32_t> names_;  // where they start in the file
+    struct Used {
+        int material = 0;
+        bool hasLook = false;
     };
-    static constexpr int kUnseen = -2;
-
-    std::vector<Name> names_;
-    std::unordered_map<std::string_view, Look> looks_;
-    std::unordered_map<std::string_view, int> materials_;
+    std::unordered_map<std::string, Used> used_;  // by name
 };
 
 }  // namespace orvin::lwo

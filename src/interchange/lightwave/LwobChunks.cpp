@@ -1,6 +1,7 @@
 // LWOB: one list of points, polygons with their surface behind their corners.
 #include <algorithm>
 #include <cstdlib>
+#include <string>
 #include <vector>
 
 #include "interchange/lightwave/LwoChunks.h"
@@ -17,14 +18,18 @@ class LwobReader {
   public:
     LwobReader(Layer& layer, Surfaces& surfaces) : layer_(layer), surfaces_(surfaces) {}
 
-    Result run(Bytes chunks) {
+    Result run(ByteReader chunks) {
         // Polygons first name their surfaces when those are known: names may stand behind them.
-        for (ByteReader in(chunks); !in.atEnd();)
-            if (const IffChunk chunk = in.chunk(); chunk.id == kSurfaceNames)
-                surfaces_.addNames(chunk.body);
-        for (ByteReader in(chunks); !in.atEnd();)
+        // The room for all of them is made at once.
+        Layer::Counts counts;
+        for (ByteReader in = chunks; !in.atEnd();)
+            look(in.chunk(), counts);
+        layer_.reserve(counts);
+        for (ByteReader in = chunks; !in.atEnd();)
             if (this->chunk(in.chunk()) != kSuccess) return kFailure;
         layer_.finish();
+        for (ByteReader in = chunks; !in.atEnd();)
+            if (const IffChunk chunk = in.chunk(); chunk.id == kSurface) surface(chunk.body);
         return kSuccess;
     }
 
@@ -39,24 +44,28 @@ class LwobReader {
                 return polygons(chunk.body, false);
             case kCurves:
                 return polygons(chunk.body, true);
-            case kSurface:
-                surface(chunk.body);
-                return kSuccess;
             default:
                 return kSuccess;
         }
     }
 
-    Result polygons(Bytes body, bool curves) {
-        ByteReader in(body);
-        reserve(in, curves);
+    void look(const IffChunk& chunk, Layer::Counts& counts) {
+        if (chunk.id == kSurfaceNames)
+            surfaces_.addNames(chunk.body);
+        else if (chunk.id == kPoints)
+            counts.points += chunk.body.rest() / kPointBytes;
+        else if (chunk.id == kPolygons || chunk.id == kPatches || chunk.id == kCurves)
+            count(chunk.body, chunk.id == kCurves, counts);
+    }
+
+    Result polygons(ByteReader in, bool curves) {
         for (int i = 0; !in.atEnd(); ++i) {
             if (i % kPolygonsPerTick == 0 && pollProgress(i, 0) != 0) return kFailure;
             const int points = layer_.mesh().vertexCount() - first_;
             const std::size_t count = in.u16();
             bool valid = count <= in.rest() / 2;
             corners_.clear();
-            ByteReader indices(in.take(2 * count));
+            ByteReader indices = in.take(2 * count);
             while (valid && !indices.atEnd()) {
                 const int index = indices.u16();
                 valid = index < points;
@@ -77,27 +86,23 @@ class LwobReader {
         return kSuccess;
     }
 
-    /// Makes room for the polygons that `in` holds: their number isn't told anywhere.
-    void reserve(ByteReader in, bool curves) {
-        std::size_t faces = 0;
-        std::size_t corners = 0;
+    /// Counts the polygons of a chunk: their number isn't told anywhere.
+    static void count(ByteReader in, bool curves, Layer::Counts& counts) {
         while (!in.atEnd()) {
             const std::size_t count = std::min<std::size_t>(in.u16(), in.rest() / 2);
             in.take(2 * count);
             if (const int surface = in.i16(); curves || surface < 0) in.u16();
-            faces += count > 1 ? 1 : 0;  // points share a face
-            corners += count;
+            counts.faces += count > 1 ? 1 : 0;  // points share a face
+            counts.corners += count;
         }
-        layer_.reserve(faces, corners);
     }
 
-    void surface(Bytes body) {
-        ByteReader in(body);
-        const std::string_view name = in.text();
+    void surface(ByteReader in) {
+        const std::string name = in.text();
         Surfaces::Look look;
         while (!in.atEnd()) {
             const IffChunk part = in.subChunk();
-            ByteReader value(part.body);
+            ByteReader value = part.body;
             if (part.id == kColor) {
                 for (std::size_t i = 0; i < 3; ++i)
                     look.color[i] = static_cast<float>(value.u8()) / 255.0F;
@@ -118,7 +123,7 @@ class LwobReader {
 
 }  // namespace
 
-Result readLwobChunks(Bytes chunks, Layer& layer, Surfaces& surfaces) {
+Result readLwobChunks(ByteReader chunks, Layer& layer, Surfaces& surfaces) {
     return LwobReader(layer, surfaces).run(chunks);
 }
 
