@@ -14,8 +14,7 @@ target_compile_definitions(test_apps PRIVATE ORVIN_SOURCE_DIR="${CMAKE_SOURCE_DI
   ORVIN_TEST_EFFECT_PATH="$<TARGET_FILE:orvin_test_effect>")
 target_link_libraries(test_apps PRIVATE orvinhost_core GTest::gtest_main)
 add_dependencies(test_apps orvin_test_effect)
-orvin_warnings(test_apps)
-gtest_discover_tests(test_apps DISCOVERY_TIMEOUT 120 DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300)
+orvin_test_program(test_apps)
 
 add_test(NAME program_pipeline COMMAND ${CMAKE_COMMAND} -DORVINEX=$<TARGET_FILE:orvinex>
   -DORVINHOST=$<TARGET_FILE:orvinhost> -DEMULATOR=${CMAKE_CROSSCOMPILING_EMULATOR}
