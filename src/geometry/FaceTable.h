@@ -2,6 +2,9 @@
 //
 // Faces that follow one another with the same shape are one run, so a mesh of few kinds of faces
 // takes next to nothing for them. A mesh of more than kMaxRuns runs has 8 bytes for each face.
+//
+// Faces are numbered from 0 to size() - 1, corners from 0 to cornerEnd() - 1 in the order of their
+// faces; nothing here checks them, nor that there are at most 2^32 - 1 corners: MeshRecord does.
 #pragma once
 
 #include <cstddef>
@@ -20,7 +23,7 @@ enum class ElementKind : std::int32_t {
 class FaceTable {
   public:
     struct Shape {
-        std::uint32_t count = 0;  // of corners
+        std::uint32_t count = 0;  // of corners, at least one
         std::int32_t material = 0;
         ElementKind kind = ElementKind::kPolygon;
         bool texture = false;  // it has texture vertices
